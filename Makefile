@@ -1,0 +1,39 @@
+# The two commands README.md starts with: `make run` and `make test`.
+BUILD    ?= build
+ASAN     ?= build-asan
+WERROR   ?= OFF
+JOBS     ?= $(shell nproc 2>/dev/null || echo 2)
+EXAMPLE  ?= examples/north-sea-formation-water.json
+
+.PHONY: deps configure build run test sanitize bench install clean
+
+deps:
+	@scripts/install-deps.sh
+
+configure: deps
+	@cmake -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=Release -DBRINECAST_WERROR=$(WERROR) >/dev/null
+
+build: configure
+	@cmake --build $(BUILD) -j $(JOBS)
+
+run: build
+	@if [ -x $(BUILD)/apps/brinecast/brinecast ]; then \
+	  $(BUILD)/apps/brinecast/brinecast speciate $(EXAMPLE); \
+	else \
+	  echo "Library built in $(BUILD); the command-line program is not part of this build yet."; \
+	fi
+
+test: build
+	@ctest --test-dir $(BUILD) --output-on-failure -j $(JOBS)
+
+# AddressSanitizer + UndefinedBehaviorSanitizer build of everything, then every test.
+sanitize: deps
+	@cmake -S . -B $(ASAN) -DCMAKE_BUILD_TYPE=Debug -DBRINECAST_SANITIZE=ON -DBRINECAST_WERROR=$(WERROR) >/dev/null
+	@cmake --build $(ASAN) -j $(JOBS)
+	@ctest --test-dir $(ASAN) --output-on-failure -j $(JOBS)
+
+bench: build
+	@$(BUILD)/bench/brinecast_bench
+
+clean:
+	rm -rf $(BUILD) $(ASAN)

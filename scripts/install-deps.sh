@@ -1,0 +1,27 @@
+#!/usr/bin/env bash
+# Installs, from Debian packages, whatever the build still lacks. Quiet when everything is there;
+# runs apt-get update only when something must be installed.
+set -euo pipefail
+
+packages=(cmake g++ make pkg-config rapidjson-dev libgtest-dev libgmock-dev libbenchmark-dev libcli11-dev)
+
+missing=()
+for p in "${packages[@]}"; do
+  if ! dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q 'install ok installed'; then
+    missing+=("$p")
+  fi
+done
+
+[ ${#missing[@]} -eq 0 ] && exit 0
+
+if [ "$(id -u)" -ne 0 ]; then
+  echo "Missing Debian packages: ${missing[*]}" >&2
+  echo "Install them as root with:" >&2
+  echo "  sudo apt-get update && sudo apt-get install -y ${missing[*]}" >&2
+  exit 1
+fi
+
+echo "Installing ${missing[*]} ..." >&2
+export DEBIAN_FRONTEND=noninteractive
+apt-get update -q >/dev/null
+apt-get install -y -q --no-install-recommends "${missing[@]}" >/dev/null
