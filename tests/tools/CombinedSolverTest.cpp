@@ -48,7 +48,7 @@ TEST(CombinedSolver, RoutesByTheOrderOfTheLastFactorizedMatrix) {
     combined.solve(array({2, 2}), x);
     EXPECT_EQ(x[0], 1.0);
     EXPECT_EQ(x[1], 0.5);
-    EXPECT_EQ(x[2], 0.0);  // the LU would have shrunk x to two entries
+    EXPECT_EQ(x.size(), 3u);  // the LU would have shrunk x to two entries
 }
 
 TEST(CombinedSolver, UnsupportedOperationsAreRejected) {

@@ -47,16 +47,19 @@ TEST(LUSolver, RandomSystemsAreSolvedToMachinePrecision) {
     }
 }
 
-TEST(LUSolver, EqualPivotCandidatesKeepTheUpperRow) {
-    struct Case { ValueMatrix a; std::uint64_t firstPivot; };
+TEST(LUSolver, PivotRowsFollowScaledMagnitudeAndTiesKeepTheUpperRow) {
+    struct Case { ValueMatrix a; std::vector<std::uint64_t> leadingPivots; };
     const std::vector<Case> cases = {
-        {matrix(3, 3, {2, 1, 0, -2, 1, 1, 1, 0, 2}), 0},   // rows 0 and 1 tie
-        {matrix(3, 3, {1, 0, 4, 2, 1, 0, -2, 0, 1}), 1},   // rows 1 and 2 tie, row 0 is weaker
+        {matrix(3, 3, {2, 1, 0, -2, 1, 1, 1, 0, 2}), {0}},   // rows 0 and 1 tie
+        {matrix(3, 3, {1, 0, 4, 2, 1, 0, -2, 0, 1}), {1}},   // rows 1 and 2 tie, row 0 is weaker
+        // Row 0 (scale 1/10) swaps down to row 2 and takes its scale along: 5/10 then loses
+        // to row 1's 1/1 in column 1, where the left-behind scale 1/4 would have won.
+        {matrix(3, 3, {1, 5, 10, 0.5, 1, 1, 4, 0, 1}), {2, 1}},
     };
     for (const Case& c : cases) {
         LUSolver lu;
         lu.factorize(c.a);
-        EXPECT_EQ(lu.pivots()[0], c.firstPivot);
+        for (std::size_t j = 0; j < c.leadingPivots.size(); ++j) EXPECT_EQ(lu.pivots()[j], c.leadingPivots[j]);
     }
 }
 
