@@ -7,15 +7,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <stdexcept>
 #include <utility>
 
+using namespace korvane::tools;
 using korvane::ValueArray;
-using korvane::tools::CombinedSolver;
-using korvane::tools::DirectSolver;
-using korvane::tools::ILinearEquationSolver;
-using korvane::tools::LUSolver;
-using korvane::tools::ValueMatrix;
 using korvane::tools::test::array;
 using korvane::tools::test::matrix;
 using testing::StrEq;

@@ -9,12 +9,10 @@
 #include <cfloat>
 #include <cmath>
 #include <random>
-#include <stdexcept>
 #include <vector>
 
+using namespace korvane::tools;
 using korvane::ValueArray;
-using korvane::tools::LUSolver;
-using korvane::tools::ValueMatrix;
 using korvane::tools::test::array;
 using korvane::tools::test::matrix;
 using testing::StrEq;
