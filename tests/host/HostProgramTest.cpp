@@ -28,3 +28,31 @@ TEST(HostProgram, CatchesLibraryErrorsByType) {
     }
     EXPECT_THROW(throw korvane::UnreacheableException("x"), std::logic_error);
 }
+
+TEST(HostProgram, UtilityAnswersAndErrorsCrossTheLibraryBoundary) {
+    EXPECT_EQ(bc::getIonAmountToBalanceCharge("Cl", bc::MgPerL, 0.5), 0.5 * 35.453 * 1000.0);
+    EXPECT_EQ(bc::toCountedChargeName("SO4--"), "SO4-2");
+    bc::ConcentsWithUnit sodium;
+    sodium.push_back({"Na", 1.0});
+    // Caught by the library's own type: its typeinfo is exported, so the host's handler matches.
+    bool caughtByType = false;
+    try {
+        bc::getMolarCharge(sodium);
+    } catch (const korvane::UnreacheableException& e) {
+        caughtByType = true;
+        EXPECT_STREQ(e.what(), "Unit is not defined.");
+    } catch (...) {
+        ADD_FAILURE() << "UnreacheableException did not keep its type across the library boundary";
+    }
+    EXPECT_TRUE(caughtByType);
+    caughtByType = false;
+    try {
+        bc::getIonAmountToBalanceCharge("S", bc::MolPerKgw, 1.0);
+    } catch (const std::logic_error& e) {
+        caughtByType = true;
+        EXPECT_STREQ(e.what(), "Element name not found.");
+    } catch (...) {
+        ADD_FAILURE() << "std::logic_error did not keep its type across the library boundary";
+    }
+    EXPECT_TRUE(caughtByType);
+}
