@@ -1,5 +1,6 @@
 #include "brinecast/Calculator.h"
 
+#include "brinecast/EngineDensity.h"
 #include "brinecast/InputError.h"
 #include "brinecast/LibraryBasis.h"
 #include "brinecast/NumberText.h"
@@ -41,7 +42,7 @@ void fail(AnalysisResult& r, Status status, const std::string& message, std::str
 
 double Calculator::engineDensity(AnalysisResult& r) const {
     try {
-        return LibraryBasis::density(input(r.analysis, 0.0));
+        return EngineDensity::of(input(r.analysis, 0.0));
     } catch (const std::exception& e) {
         const std::string hint = hintFor(e.what());
         fail(r, Status::Failed, e.what(),

@@ -6,11 +6,6 @@
 
 namespace korvane::Brinecast::cli {
 
-double LibraryBasis::density(const Input& input) {
-    SpeciesModel model;
-    return processInput(input, model).input.density;
-}
-
 BasisData LibraryBasis::of(const Input& input) {
     SpeciesModel model;
     const ProcessedInput processed = processInput(input, model);

@@ -6,14 +6,9 @@
 
 namespace korvane::Brinecast::cli {
 
-/// What the program asks of the library beyond its exported functions, to check a result
-/// against the library's own model rather than a copy of it.
+/// What a result is checked against: the library's own model of the calculation, not a copy.
 class LibraryBasis {
 public:
-    /// The density (g/cm3) the library settles for `input`: as given, 1.0 for units that need
-    /// none, or computed by the engine library for a per-litre analysis that gives none. The
-    /// engine's first load is not guarded against other threads: call this from one thread.
-    static double density(const Input& input);
     /// The basis components and totals the library builds from `input`, and the species,
     /// charges, log K values and coefficients of its basis reaction set.
     static BasisData of(const Input& input);

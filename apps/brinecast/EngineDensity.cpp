@@ -1,0 +1,15 @@
+#include "brinecast/EngineDensity.h"
+
+#include "database/SpeciesModel.h"
+#include "engine/SaltDensityCalculator.h"
+
+namespace korvane::Brinecast::cli {
+
+double EngineDensity::of(const Input& input) {
+    Input copy = input;
+    const SpeciesModel model;
+    SaltDensityCalculator calculator(copy, model);
+    return calculator.density();
+}
+
+}  // namespace korvane::Brinecast::cli
