@@ -149,6 +149,8 @@ std::vector<AnalysisCsvReader::Row> AnalysisCsvReader::read(const std::string& t
     for (const CsvTable::Row& r : table.rows()) {
         Row row;
         row.line = r.line;
+        const auto name = layout.fixed.find(Column::Name);
+        if (name != layout.fixed.end() && name->second < r.fields.size()) row.name = r.fields[name->second];
         try {
             row.analysis = readRow(names_, table.header(), layout, r, fileName);
         } catch (const InputError& e) {

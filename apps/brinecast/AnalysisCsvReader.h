@@ -19,6 +19,7 @@ public:
     struct Row {
         std::size_t line = 0;
         std::optional<Analysis> analysis;  ///< empty when the row could not be read
+        std::string name;                  ///< the row's name cell, also for a row not read
         std::string error;                 ///< why, naming the line, column and value
     };
 

@@ -79,6 +79,7 @@ std::vector<AnalysisResult> Commands::load(const std::vector<std::string>& files
                         results.push_back(std::move(r));
                     } else {
                         results.push_back(invalid(file + ":" + std::to_string(row.line), row.error));
+                        results.back().analysis.name = row.name;
                     }
                 }
             } else {
@@ -266,10 +267,9 @@ int Commands::elements() {
     out_ << "Elements, in the units of the analysis:\n";
     elements.write(out_, "  ");
     out_ << "\n  In mg/L and mg/kg an amount of C is counted as bicarbonate (HCO3-, "
-         << NumberText::exact(t.molarMass("C")) << " g/mol) and one of S(6) as sulfate (SO4-2, "
-         << NumberText::exact(t.molarMass("S(6)")) << " g/mol):\n"
-            "  report them as HCO3- and SO4-- masses. Carbonate reported as CO3-- is converted "
-            "to the\n  same amount of carbon.\n\n";
+         << NumberText::exact(t.molarMass("C")) << " g/mol)\n  and one of S(6) as sulfate (SO4-2, "
+         << NumberText::exact(t.molarMass("S(6)")) << " g/mol): report them as HCO3- and SO4-- "
+            "masses.\n  Carbonate reported as CO3-- is converted to the same amount of carbon.\n\n";
     TextTable gases({"Gas", "Counted in element"}, {false, false});
     for (const ElementTable::NamePair& g : t.gases()) gases.add({g.first, g.second});
     out_ << "Dissolved gases, always in mol/kgw:\n";

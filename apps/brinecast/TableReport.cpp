@@ -13,10 +13,33 @@ namespace {
 using Status = AnalysisResult::Status;
 using DensitySource = AnalysisResult::DensitySource;
 
+constexpr std::size_t kLabelWidth = 16;
+constexpr std::size_t kLineWidth = 100;
+
+/// "  Label           text", the text wrapped at word boundaries under itself.
 void field(std::ostream& out, const std::string& label, const std::string& text) {
-    out << "  " << label << std::string(label.size() < 16 ? 16 - label.size() : 1, ' ') << text
-        << '\n';
+    const std::string indent(2 + kLabelWidth, ' ');
+    out << "  " << label << std::string(label.size() < kLabelWidth ? kLabelWidth - label.size() : 1, ' ');
+    std::size_t column = indent.size();
+    std::size_t start = 0;
+    while (start < text.size()) {
+        std::size_t end = text.find(' ', start);
+        if (end == std::string::npos) end = text.size();
+        const std::size_t length = end - start;
+        if (column > indent.size() && column + 1 + length > kLineWidth) {
+            out << '\n' << indent;
+            column = indent.size();
+        } else if (column > indent.size()) {
+            out << ' ';
+            ++column;
+        }
+        out << text.substr(start, length);
+        column += length;
+        start = end + 1;
+    }
+    out << '\n';
 }
+
 
 std::string signedNumber(double value, int digits) {
     return (value > 0 ? "+" : "") + NumberText::significant(value, digits);
@@ -119,9 +142,9 @@ void TableReport::writePH(std::ostream& out, const std::vector<AnalysisResult>& 
     TextTable table({"Analysis", "pH", "Status"}, {false, true, false});
     for (const AnalysisResult& r : results) {
         const std::string name = r.analysis.name.empty() ? r.analysis.source : r.analysis.name;
+        // Messages go to standard error, one per analysis; the table stays one line each.
         table.add({name, r.calculated() ? NumberText::fixed(r.pH, 3) : "",
-                   ResultText::status(r.status) +
-                       (r.status == Status::Ok ? "" : ": " + ResultText::message(r))});
+                   ResultText::status(r.status)});
     }
     table.write(out, "");
 }

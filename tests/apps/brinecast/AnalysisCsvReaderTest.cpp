@@ -53,6 +53,7 @@ TEST(AnalysisCsvReader, EveryRowKeepsItsPlaceAndABadRowCarriesItsError) {
     };
     for (const auto& [index, message] : errors) {
         EXPECT_FALSE(rows[index].analysis);
+        EXPECT_EQ(rows[index].name, std::string(1, static_cast<char>('A' + index)));
         EXPECT_EQ(rows[index].error.rfind(message, 0), 0u) << rows[index].error;
         EXPECT_EQ(rows[index].line, index + 2);
     }

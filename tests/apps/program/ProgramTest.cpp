@@ -247,8 +247,8 @@ TEST(Program, BatchKeepsOneRowPerInputRowInOrderWithFailedRowsInPlace) {
     EXPECT_TRUE(has(run.err, "5 analyses: 3 ok, 0 failed, 2 with invalid input")) << run.err;
     const auto rows = csvRows(readFile(scratch.path("out.csv")));
     ASSERT_EQ(rows.size(), 6u);
-    const char* expected[][2] = {{"first", "ok"}, {"", "invalid input"}, {"third", "ok"},
-                                 {"", "invalid input"}, {"fifth", "ok"}};
+    const char* expected[][2] = {{"first", "ok"}, {"bad number", "invalid input"}, {"third", "ok"},
+                                 {"negative", "invalid input"}, {"fifth", "ok"}};
     for (std::size_t i = 0; i < 5; ++i) {
         EXPECT_EQ(rows[i + 1][0], input + ":" + std::to_string(i + 2));
         EXPECT_EQ(rows[i + 1][1], expected[i][0]);
