@@ -6,9 +6,8 @@
 namespace korvane::Brinecast::cli {
 
 double EngineDensity::of(const Input& input) {
-    Input copy = input;
     const SpeciesModel model;
-    SaltDensityCalculator calculator(copy, model);
+    SaltDensityCalculator calculator(input, model);
     return calculator.density();
 }
 
