@@ -2,6 +2,7 @@
 
 #include "brinecast/AnalysisCsvReader.h"
 #include "brinecast/AnalysisJsonReader.h"
+#include "brinecast/BalanceReport.h"
 #include "brinecast/BatchRunner.h"
 #include "brinecast/Calculator.h"
 #include "brinecast/CsvReport.h"
@@ -12,9 +13,6 @@
 #include "brinecast/TableReport.h"
 #include "brinecast/TextTable.h"
 #include "brinecast/UnitNames.h"
-
-#include <rapidjson/prettywriter.h>
-#include <rapidjson/stringbuffer.h>
 
 #include <cctype>
 #include <cerrno>
@@ -198,53 +196,19 @@ int Commands::balance(const std::string& file, const std::string& ion, const Opt
     const std::optional<std::string> element = balancingElement(ion);
     if (!element) return kBadInput;
     const std::vector<AnalysisResult> loaded = load({file});
-    rapidjson::StringBuffer buffer;
-    rapidjson::PrettyWriter<rapidjson::StringBuffer> json(buffer);
-    json.SetIndent(' ', 2);
-    json.StartObject();
-    json.Key("analyses");
-    json.StartArray();
+    std::vector<BalanceReport::Entry> entries;
     for (const AnalysisResult& r : loaded) {
         if (r.status == Status::Invalid) continue;
-        const Analysis& a = r.analysis;
-        const ChargeBalance charge = ChargeBalance::of(a);
-        const double amount = charge.amountToCancel(*element);
-        const std::string unit = UnitNames::concentrationName(a.unit);
-        if (options.format == "json") {
-            json.StartObject();
-            json.Key("name"); json.String(a.name.c_str());
-            json.Key("source"); json.String(a.source.c_str());
-            json.Key("netCharge"); json.Double(charge.net());
-            json.Key("totalCharge"); json.Double(charge.total());
-            json.Key("chargeUnit"); json.String(charge.unitName().c_str());
-            json.Key("errorPercent"); json.Double(charge.errorPercent());
-            json.Key("element"); json.String(element->c_str());
-            json.Key("amount"); json.Double(amount);
-            json.Key("unit"); json.String(unit.c_str());
-            json.EndObject();
-            continue;
-        }
-        out_ << (a.name.empty() ? a.source : a.name) << "\n";
-        out_ << "  Source          " << a.source << "\n";
-        out_ << "  Charge balance  net " << (charge.net() > 0 ? "+" : "")
-             << NumberText::significant(charge.net(), 4) << " " << charge.unitName() << ", "
-             << NumberText::fixed(charge.errorPercent(), 2) << " % of the total charge of "
-             << NumberText::significant(charge.total(), 4) << " " << charge.unitName()
-             << (charge.large() ? " (large: the pH would not be meaningful)" : "") << "\n";
-        out_ << "  To cancel it    " << (amount >= 0.0 ? "add " : "take away ")
-             << NumberText::significant(std::abs(amount), 6) << " " << unit << " of " << *element
-             << "\n";
-        if (amount < 0.0) {
-            out_ << "                  (an ion of the other charge sign balances by adding)\n";
-        }
-        out_ << "  Apply it with   brinecast speciate " << file << " --balance-with " << ion
-             << "\n";
+        const ChargeBalance charge = ChargeBalance::of(r.analysis);
+        entries.push_back({r.analysis, charge, charge.amountToCancel(*element)});
     }
-    json.EndArray();
-    json.EndObject();
-    if (options.format == "json") out_ << buffer.GetString() << "\n";
+    if (options.format == "json") {
+        BalanceReport::writeJson(out_, entries, *element);
+    } else {
+        BalanceReport::writeTable(out_, entries, *element, ion, file);
+    }
     report(err_, loaded);
-    return status(loaded) == kBadInput ? kBadInput : kOk;
+    return status(loaded);
 }
 
 int Commands::elements() {
