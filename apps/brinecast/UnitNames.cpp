@@ -28,9 +28,10 @@ struct ScaleName {
     double offset;  // added after scaling
 };
 
-constexpr std::array<ScaleName, 4> kTemperatures{{
+constexpr std::array<ScaleName, 5> kTemperatures{{
     {"K", 1.0, 0.0},
     {"\xC2\xB0" "C", 1.0, 273.15},
+    {"\xB0" "C", 1.0, 273.15},  // the degree sign of a Latin-1 (spreadsheet) CSV file
     {"C", 1.0, 273.15},
     {"degC", 1.0, 273.15},
 }};

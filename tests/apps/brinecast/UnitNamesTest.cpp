@@ -18,6 +18,7 @@ TEST(UnitNames, EveryConcentrationUnitReadsBackToItsName) {
 TEST(UnitNames, TemperatureAndPressureConvertToKelvinAndPascal) {
     struct Case { double value; const char* unit; double expected; };
     for (const Case& c : {Case{25.0, "\xC2\xB0" "C", 298.15}, Case{25.0, "C", 298.15},
+                          Case{25.0, "\xB0" "C", 298.15},
                           Case{373.15, "K", 373.15}}) {
         EXPECT_DOUBLE_EQ(*UnitNames::toKelvin(c.value, c.unit), c.expected) << c.unit;
     }
