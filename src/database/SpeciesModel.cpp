@@ -105,10 +105,7 @@ std::pair<std::size_t, std::size_t> lineAndColumn(const std::string& text, std::
 
 }  // namespace
 
-SpeciesModel::SpeciesModel() {
-    const std::vector<std::string> documents = elementTable_.documents();
-    reactions = loadReactionDatabases(documents);
-}
+SpeciesModel::SpeciesModel() { reactions = loadReactionDatabases(elementTable_.documents()); }
 
 SpeciesModel::SpeciesModel(const std::string& json) { reactions = loadReactionsFromString(json); }
 
