@@ -64,7 +64,7 @@ double amountOf(const SaltDensityCalculator::AmountMap& amounts, const std::stri
 
 }  // namespace
 
-SaltDensityCalculator::SaltDensityCalculator(Input& input, const SpeciesModel& model)
+SaltDensityCalculator::SaltDensityCalculator(const Input& input, const SpeciesModel& model)
     : input_(input), model_(model) {
     if (!KorvaneDll::shared()->loadOnce(input_.dllPath)) throw std::runtime_error("Korvane dll could not be loaded");
     fillElementAmounts();

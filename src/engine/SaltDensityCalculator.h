@@ -23,7 +23,7 @@ public:
     /// std::runtime_error "Korvane dll could not be loaded"), then takes the element amounts
     /// (throws UnreacheableException unless the unit is mmol/L or mg/L). Both references must
     /// outlive the calculator.
-    SaltDensityCalculator(Input& input, const SpeciesModel& model);
+    SaltDensityCalculator(const Input& input, const SpeciesModel& model);
     SaltDensityCalculator(const SaltDensityCalculator&) = delete;
     SaltDensityCalculator& operator=(const SaltDensityCalculator&) = delete;
 
@@ -46,7 +46,7 @@ public:
     virtual AmountMap& getElementAmounts();
 
 private:
-    Input& input_;
+    const Input& input_;
     AmountMap elementAmounts_;  ///< mol/L
     AmountMap saltAmounts_;     ///< mol/L
     const SpeciesModel& model_;

@@ -66,15 +66,6 @@ TEST(KorvaneDll, DirectoryIsTakenAsItStandsAndTheLibraryPathIsCanonical) {
     }
 }
 
-TEST(KorvaneDll, LoadOnceDoesNothingOnceALibraryIsLoaded) {
-    KorvaneDll bridge;
-    ASSERT_TRUE(bridge.loadOnce(enginesDir + "/scripted"));
-    for (const char* other : {"empty", "names-last", "no-such-directory"}) {
-        EXPECT_TRUE(bridge.loadOnce(enginesDir + "/" + other)) << other;
-        EXPECT_EQ(bridge.libraryPath(), fullName("scripted", "kvpvt64.dll")) << other;
-    }
-}
-
 TEST(KorvaneDll, FailedLoadNamesTheFileAndKeepsTheLibraryPath) {
     KorvaneDll bridge;
     bridge.load(enginesDir + "/scripted//kvpvt64.dll");
@@ -112,37 +103,6 @@ TEST(KorvaneDll, MissingEntryPointIsNamedAndTheLibraryStaysLoaded) {
     KvpvtContext* context = bridge.createContext(&count, codes);
     bridge.destroyContext(context);
     EXPECT_EQ(TestEngine(bridge.libraryPath()).callLog(), "create;destroy");
-}
-
-TEST(KorvaneDll, ForwardsArgumentsResultsAndEngineCodesUnchanged) {
-    KorvaneDll bridge;
-    ASSERT_TRUE(bridge.loadOnce(enginesDir + "/scripted"));
-    const TestEngine engine(bridge.libraryPath());
-    engine.failAt("bip LBIP2");
-    std::int32_t count = 0, codes[KVPVT_ERROR_CAPACITY] = {};
-    auto reported = [&] { return std::vector<std::int32_t>(codes, codes + count); };
-    KvpvtContext* context = bridge.createContext(&count, codes);
-    std::int32_t water = -1, salt = -1, phase = -1;
-    bridge.loadComponent(context, "WATER", &water, &count, codes);
-    bridge.loadComponent(context, "NaCl", &salt, &count, codes);
-    bridge.addBipSet(context, "LBIP2", &count, codes);
-    EXPECT_EQ(reported(), (std::vector<std::int32_t>{-5, 200, 250})) << "a failure is handed back, not thrown";
-    bridge.addModel(context, "MCPA", &count, codes);
-    bridge.loadSaltDensityModel(context, "MSALTDEN", &count, codes);
-    bridge.addPhase(context, "water", water, &phase, &count, codes);
-    const double amounts[] = {3.0, 4.0};
-    bridge.evaluate(context, 301.5, 2.5e5, amounts, 2, &count, codes);
-    double volume = 0.0;
-    bridge.phaseVolume(context, phase, &volume, &count, codes);
-    bridge.destroyContext(context);
-    EXPECT_EQ(reported(), (std::vector<std::int32_t>{-5, 200}));
-    EXPECT_EQ(water, 0);
-    EXPECT_EQ(salt, 1);
-    EXPECT_EQ(phase, 3);
-    EXPECT_DOUBLE_EQ(volume, 2e-5 * 7.0);
-    EXPECT_EQ(engine.callLog(),
-              "create;component WATER;component NaCl;bip LBIP2;model MCPA;saltmodel MSALTDEN;phase water 0;"
-              "evaluate 301.5 250000 3 4;volume 3;destroy");
 }
 
 TEST(FloatingPointMaskGuard, RestoresTrapsButLeavesFlagsAndRoundingAlone) {
