@@ -1,5 +1,9 @@
 #include "database/SpeciesModel.h"
 
+#include "interface/CalculationDriver.h"
+#include "solver/BasisReactionSet.h"
+#include "solver/ChargeBalanceEquationMaker.h"
+
 #include <korvane/KorvaneError.h>
 
 #include <rapidjson/document.h>
@@ -105,6 +109,32 @@ std::pair<std::size_t, std::size_t> lineAndColumn(const std::string& text, std::
 SpeciesModel::SpeciesModel() { reactions = loadReactionDatabases(elementTable_.documents()); }
 
 SpeciesModel::SpeciesModel(const std::string& json) { reactions = loadReactionsFromString(json); }
+
+namespace {
+template <typename T>
+std::unique_ptr<T> deepCopy(const std::unique_ptr<T>& source) {
+    return source ? std::make_unique<T>(*source) : nullptr;
+}
+}  // namespace
+
+SpeciesModel::SpeciesModel(const SpeciesModel& other)
+    : reactions(other.reactions),
+      basisNames(other.basisNames),
+      basisReactionSet(deepCopy(other.basisReactionSet)),
+      equationMaker(deepCopy(other.equationMaker)),
+      solution(other.solution),
+      elementTable_(other.elementTable_) {}
+
+SpeciesModel& SpeciesModel::operator=(const SpeciesModel& other) {
+    if (this != &other) *this = SpeciesModel(other);
+    return *this;
+}
+
+SpeciesModel::SpeciesModel(SpeciesModel&& other) = default;
+SpeciesModel& SpeciesModel::operator=(SpeciesModel&& other) = default;
+SpeciesModel::~SpeciesModel() = default;
+
+std::string SpeciesModel::solutionReport() const { return Brinecast::solutionReport(*this); }
 
 std::vector<ReactionRecord> SpeciesModel::loadReactionDatabases(const std::vector<std::string>& jsonTexts) {
     std::vector<ReactionRecord> records;

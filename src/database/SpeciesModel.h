@@ -3,14 +3,19 @@
 #include "database/ElementTable.h"
 #include "database/ReactionData.h"
 #include "database/ReactionRecord.h"
+#include "tools/ValueArray.h"
 
 #include <rapidjson/fwd.h>
 
+#include <memory>
 #include <string>
 #include <vector>
 
 namespace korvane {
 namespace Brinecast {
+
+class BasisReactionSet;
+class ChargeBalanceEquationMaker;
 
 /// The thermodynamic model of one calculation: every reaction record of the database and the
 /// element table. Built afresh for every exported call and destroyed with it; nothing is cached.
@@ -20,6 +25,12 @@ public:
     SpeciesModel();
     /// Takes the records from `json` alone instead of the embedded documents.
     explicit SpeciesModel(const std::string& json);
+    /// Deep: the working fields are copied too.
+    SpeciesModel(const SpeciesModel& other);
+    SpeciesModel& operator=(const SpeciesModel& other);
+    SpeciesModel(SpeciesModel&& other);
+    SpeciesModel& operator=(SpeciesModel&& other);
+    ~SpeciesModel();
 
     const ElementTable& elementTable() const { return elementTable_; }
 
@@ -34,11 +45,22 @@ public:
     /// "-1 Ca+2 -1 CO3-2 +1 CaCO3 \nlogK=3.224\n..." for reading a reaction in a log.
     static std::string toDisplayString(const ReactionData& data);
 
+    /// Diagnostic text of the solved state: "pH=", then every basis component with its species
+    /// and molalities (mol/kgw). Needs a calculation to have filled the working fields.
+    std::string solutionReport() const;
+
     std::vector<ReactionRecord> reactions;
+
+    // Working fields of the calculation run on this model; empty until one has run, each replaced
+    // by the next calculation.
+    std::vector<std::string> basisNames;  ///< "H2O", "H+", then the analysis' basis species
+    std::unique_ptr<BasisReactionSet> basisReactionSet;
+    std::unique_ptr<ChargeBalanceEquationMaker> equationMaker;
+    /// Moles of water per kg of water, then the solved free molality (mol/kgw) of basis names 1..N-1.
+    ValueArray solution;
 
 private:
     ElementTable elementTable_;
-    // The calculation's working fields (basis names, reaction set, equations, solution) follow here.
 };
 
 }  // namespace Brinecast
