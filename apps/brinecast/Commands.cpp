@@ -182,6 +182,10 @@ int Commands::batch(const std::string& input, const std::string& output, const O
     const std::vector<AnalysisResult> results = calculate({input}, options, code);
     if (results.empty()) return code;
     CsvReport::write(output == "-" ? out_ : file, results, true);
+    // Row messages are in the result file; a problem with the file as a whole is said here.
+    for (const AnalysisResult& r : results) {
+        if (r.status == Status::Invalid && r.analysis.source == input) err_ << "brinecast: " << r.error << '\n';
+    }
     std::size_t ok = 0, failed = 0, bad = 0;
     for (const AnalysisResult& r : results) {
         (r.status == Status::Ok ? ok : r.status == Status::Invalid ? bad : failed) += 1;

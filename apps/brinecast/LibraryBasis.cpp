@@ -1,7 +1,7 @@
 #include "brinecast/LibraryBasis.h"
 
 #include "database/SpeciesModel.h"
-#include "engine/InputProcessor.h"
+#include "engine/ProcessedInput.h"
 #include "solver/BasisReactionSet.h"
 
 namespace korvane::Brinecast::cli {
@@ -16,8 +16,7 @@ BasisData LibraryBasis::of(const Input& input) {
     b.speciesNames = set.speciesNames();
     b.charges.assign(set.charges().begin(), set.charges().end());
     b.logK.assign(set.logKValues().begin(), set.logKValues().end());
-    const auto& matrix = set.coefficients();
-    b.coefficients.assign(matrix.data(), matrix.data() + b.speciesNames.size() * b.basisNames.size());
+    b.coefficients = set.coefficients();
     return b;
 }
 
