@@ -55,11 +55,11 @@ SolverScales solverScales(const ValueArray& guess, const ValueArray& totals, std
     return {atLeastSmallestScale(largest), atLeastSmallestScale(dissolved)};
 }
 
-SolverReport solveSpeciation(const Input& input, SpeciesModel& model) {
+PreparedSpeciation prepareSpeciation(const Input& input, SpeciesModel& model) {
     ValueArray totals;
     double temperatureK = 0.0;
     {
-        ProcessedInput processed = processInput(input, model);
+        const ProcessedInput processed = processInput(input, model);
         model.basisNames = processed.basisNames;
         totals = processed.totals;
         temperatureK = processed.input.temperature;
@@ -68,25 +68,45 @@ SolverReport solveSpeciation(const Input& input, SpeciesModel& model) {
     model.basisReactionSet = std::make_unique<BasisReactionSet>(model.reactions, model.basisNames, temperatureK);
     model.equationMaker =
         std::make_unique<ChargeBalanceEquationMaker>(*model.basisReactionSet, model.basisNames, totals, model);
+    ValueArray guess = initialGuess(totals, basisCount);
+    const SolverScales scales = solverScales(guess, totals, basisCount);
+    return {std::move(guess), scales};
+}
 
-    ValueArray x = initialGuess(totals, basisCount);
-    const SolverScales scales = solverScales(x, totals, basisCount);
+void storeSolution(SpeciesModel& model, const ValueArray& x) {
+    const std::size_t basisCount = model.basisNames.size();
+    if (model.solution.size() != basisCount) model.solution = ValueArray(basisCount);
+    model.solution[0] = model.equationMaker->totals()[0];  // mol of water per kg of water
+    for (std::size_t k = 0; k + 1 < basisCount; ++k) model.solution[k + 1] = x[k];
+}
+
+tools::NewtonSettings runSolverSettings(const SolverScales& scales) {
+    tools::NewtonSettings settings;
+    settings.trials = trialLimit;
+    settings.stepTolerance = stepTolerance;
+    settings.staleLimit = staleLimit;
+    settings.residualBound = scales.residualBound;
+    settings.residualTolerance = residualTolerance;
+    settings.maxRelativeStep = maxRelativeStep;
+    settings.jacobianScale = scales.jacobianScale;
+    return settings;
+}
+
+SolverReport solveSpeciation(const Input& input, SpeciesModel& model) {
+    PreparedSpeciation prepared = prepareSpeciation(input, model);
     const ChargeBalanceEquationMaker& equations = *model.equationMaker;
     const tools::ResidualFunction residuals = [&equations](const ValueArray& unknowns, ValueArray& out) {
         equations.evaluate(unknowns, out);
     };
-
+    const tools::NewtonSettings s = runSolverSettings(prepared.scales);
     SolverReport report;
-    report.residualBound = scales.residualBound;
-    std::uint64_t trials = trialLimit;
+    report.residualBound = s.residualBound;
+    std::uint64_t trials = s.trials;
     tools::NewtonRaphsonEstimatedJacobian solver;
-    solver.solve(residuals, trials, x, stepTolerance, staleLimit, scales.residualBound, residualTolerance,
-                 &report.residualNorm, maxRelativeStep, scales.jacobianScale);
+    solver.solve(residuals, trials, prepared.guess, s.stepTolerance, s.staleLimit, s.residualBound,
+                 s.residualTolerance, &report.residualNorm, s.maxRelativeStep, s.jacobianScale);
     report.iterations = trials;
-
-    if (model.solution.size() != basisCount) model.solution = ValueArray(basisCount);
-    model.solution[0] = totals[0];
-    for (std::size_t k = 0; k + 1 < basisCount; ++k) model.solution[k + 1] = x[k];
+    storeSolution(model, prepared.guess);
     return report;
 }
 
