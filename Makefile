@@ -6,6 +6,7 @@ JOBS     ?= $(shell nproc 2>/dev/null || echo 2)
 # A per-litre analysis without density: the report's density comes from the reference engine.
 EXAMPLE  ?= examples/north-sea-formation-water.json
 PREFIX   ?= /usr/local
+MAKEFLAGS += --no-print-directory
 
 .PHONY: deps configure build run test sanitize bench install clean
 
