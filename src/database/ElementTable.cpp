@@ -9,9 +9,24 @@ namespace Brinecast {
 
 namespace {
 
+// Plain literals only, so the tables are constant-initialised and a model built during another
+// file's static initialisation still finds them.
+struct ElementLiteral {
+    const char* name;
+    double elementMolarMass;  // g/mol
+    double alkalinity;
+    const char* basisSpecies;
+    const char* ionName;
+    double ionMolarMass;  // g/mol
+};
+struct NameLiteral {
+    const char* first;
+    const char* second;
+};
+
 // Molar masses are these exact literals, not sums of atomic masses: mg-based analyses are
 // converted with them, and both iron valences share 55.847.
-const ElementTable::Element kElements[] = {
+constexpr ElementLiteral kElements[] = {
     {"H", 1.008, -1.0, "H+", "H+", 1.008},
     {"O", 16.0, 0.0, "H2O", "O-2", 16.0},
     {"C", 12.0111, 2.0, "CO3-2", "HCO3-", 61.0191},
@@ -30,12 +45,12 @@ const ElementTable::Element kElements[] = {
     {"Zn", 65.37, 0.0, "Zn+2", "Zn+2", 65.37},
 };
 
-const ElementTable::NamePair kGases[] = {{"CO2", "C"}, {"H2S", "S(-2)"}};
+constexpr NameLiteral kGases[] = {{"CO2", "C"}, {"H2S", "S(-2)"}};
 
-const std::pair<const char*, double> kMolecularWeights[] = {
+constexpr std::pair<const char*, double> kMolecularWeights[] = {
     {"H2O", 18.01528}, {"CO2", 44.01}, {"H2S", 34.082}};  // g/mol
 
-const ElementTable::NamePair kSpreadChargeNames[] = {
+constexpr NameLiteral kSpreadChargeNames[] = {
     {"Na+", "Na+"},   {"Ca++", "Ca+2"},  {"Mg++", "Mg+2"},   {"K+", "K+"},
     {"Sr++", "Sr+2"}, {"Ba++", "Ba+2"},  {"Fe++", "Fe+2"},   {"Zn++", "Zn+2"},
     {"Cl-", "Cl-"},   {"SO4--", "SO4-2"}, {"HCO3-", "HCO3-"}, {"Br-", "Br-"},
@@ -50,10 +65,12 @@ const typename Map::mapped_type& find(const Map& map, const std::string& key, co
 
 }  // namespace
 
-ElementTable::ElementTable()
-    : elements_(std::begin(kElements), std::end(kElements)),
-      gases_(std::begin(kGases), std::end(kGases)),
-      spreadChargeNames_(std::begin(kSpreadChargeNames), std::end(kSpreadChargeNames)) {
+ElementTable::ElementTable() {
+    for (const ElementLiteral& e : kElements) {
+        elements_.push_back({e.name, e.elementMolarMass, e.alkalinity, e.basisSpecies, e.ionName, e.ionMolarMass});
+    }
+    for (const NameLiteral& gas : kGases) gases_.emplace_back(gas.first, gas.second);
+    for (const NameLiteral& pair : kSpreadChargeNames) spreadChargeNames_.emplace_back(pair.first, pair.second);
     for (std::size_t i = 0; i < elements_.size(); ++i) elementIndex_.emplace(elements_[i].name, i);
     gasElements_.insert(gases_.begin(), gases_.end());
     for (const auto& weight : kMolecularWeights) molecularWeights_.emplace(weight.first, weight.second);

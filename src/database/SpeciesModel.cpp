@@ -1,5 +1,6 @@
 #include "database/SpeciesModel.h"
 
+#include "interface/CalculationDriver.h"
 #include "solver/BasisReactionSet.h"
 #include "solver/ChargeBalanceEquationMaker.h"
 
@@ -105,10 +106,7 @@ std::pair<std::size_t, std::size_t> lineAndColumn(const std::string& text, std::
 
 }  // namespace
 
-SpeciesModel::SpeciesModel() {
-    const std::vector<std::string> documents = elementTable_.documents();
-    reactions = loadReactionDatabases(documents);
-}
+SpeciesModel::SpeciesModel() { reactions = loadReactionDatabases(elementTable_.documents()); }
 
 SpeciesModel::SpeciesModel(const std::string& json) { reactions = loadReactionsFromString(json); }
 
@@ -135,6 +133,8 @@ SpeciesModel& SpeciesModel::operator=(const SpeciesModel& other) {
 SpeciesModel::SpeciesModel(SpeciesModel&& other) = default;
 SpeciesModel& SpeciesModel::operator=(SpeciesModel&& other) = default;
 SpeciesModel::~SpeciesModel() = default;
+
+std::string SpeciesModel::solutionReport() const { return Brinecast::solutionReport(*this); }
 
 std::vector<ReactionRecord> SpeciesModel::loadReactionDatabases(const std::vector<std::string>& jsonTexts) {
     std::vector<ReactionRecord> records;

@@ -45,6 +45,10 @@ public:
     /// "-1 Ca+2 -1 CO3-2 +1 CaCO3 \nlogK=3.224\n..." for reading a reaction in a log.
     static std::string toDisplayString(const ReactionData& data);
 
+    /// Diagnostic text of the solved state: "pH=", then every basis component with its species
+    /// and molalities (mol/kgw). Needs a calculation to have filled the working fields.
+    std::string solutionReport() const;
+
     std::vector<ReactionRecord> reactions;
 
     // Working fields of the calculation run on this model; empty until one has run, each replaced

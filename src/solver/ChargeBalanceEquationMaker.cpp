@@ -57,6 +57,8 @@ ChargeBalanceEquationMaker::ChargeBalanceEquationMaker(const BasisReactionSet& r
     }
 
     logActivities_.assign(basisCount_, 0.0);
+    previousUnknowns_.assign(basisCount_ - 1, 0.0);
+    changed_.assign(basisCount_, 1);
     molalities_.assign(speciesCount_, 0.0);
 }
 
@@ -74,18 +76,27 @@ bool ChargeBalanceEquationMaker::computeMolalitiesDense() const {
 
 bool ChargeBalanceEquationMaker::computeMolalities() const {
     for (double la : logActivities_) {
-        if (!std::isfinite(la)) return computeMolalitiesDense();
+        if (!std::isfinite(la)) {
+            molalitiesKnown_ = false;
+            return computeMolalitiesDense();
+        }
     }
-    // Every logarithm is finite, so the skipped terms are 0 * finite = 0 and the sums are the
-    // same bits as the dense ones.
+    // Every logarithm is finite, so the skipped zero terms would add 0 * finite = 0 and the sums
+    // are the same bits as the dense ones. A species none of whose logarithms changed since the
+    // molalities were last computed keeps its molality.
     bool finite = true;
     for (std::size_t k = 0; k < speciesCount_; ++k) {
-        double sum = 0.0;
-        for (std::uint32_t t = speciesTermStart_[k]; t < speciesTermStart_[k + 1]; ++t)
-            sum += speciesTermCoefficient_[t] * logActivities_[speciesTermBasis_[t]];
-        molalities_[k] = std::pow(10.0, logK_[k] + sum);
+        const std::uint32_t first = speciesTermStart_[k], last = speciesTermStart_[k + 1];
+        bool stale = !molalitiesKnown_;
+        for (std::uint32_t t = first; t < last; ++t) stale = stale || changed_[speciesTermBasis_[t]];
+        if (stale) {
+            double sum = 0.0;
+            for (std::uint32_t t = first; t < last; ++t) sum += speciesTermCoefficient_[t] * logActivities_[speciesTermBasis_[t]];
+            molalities_[k] = std::pow(10.0, logK_[k] + sum);
+        }
         finite = finite && std::isfinite(molalities_[k]);
     }
+    molalitiesKnown_ = true;
     return finite;
 }
 
@@ -115,9 +126,19 @@ void ChargeBalanceEquationMaker::massAndChargeBalances(bool molalitiesFinite, do
 
 void ChargeBalanceEquationMaker::evaluate(const ValueArray& x, ValueArray& residuals) const {
     const std::size_t n = basisCount_ - 1;
-    // Activities are ideal: water's is fixed, every solute's activity is its molality.
+    // Activities are ideal: water's is fixed, every solute's activity is its molality. A forward-
+    // difference Jacobian moves one unknown per call, so only the logarithms of unknowns that
+    // differ from the previous call's are taken again (log10 of the same value is the same bits).
+    changed_[0] = !unknownsKnown_;
     logActivities_[0] = waterLogActivity_;
-    for (std::size_t i = 0; i < n; ++i) logActivities_[i + 1] = std::log10(x[i]);
+    for (std::size_t i = 0; i < n; ++i) {
+        const bool moved = !unknownsKnown_ || !(x[i] == previousUnknowns_[i]);
+        changed_[i + 1] = moved;
+        if (!moved) continue;
+        previousUnknowns_[i] = x[i];
+        logActivities_[i + 1] = std::log10(x[i]);
+    }
+    unknownsKnown_ = true;
     const bool finite = computeMolalities();
     residuals.resize(n);
     massAndChargeBalances(finite, residuals.data());
@@ -132,6 +153,8 @@ ValueArray ChargeBalanceEquationMaker::operator()(const ValueArray& x) const {
 ValueArray ChargeBalanceEquationMaker::speciesValues(const ValueArray& values) const {
     logActivities_[0] = std::log10(values[0] * waterActivityFactor_);
     for (std::size_t j = 1; j < basisCount_; ++j) logActivities_[j] = std::log10(values[j]);
+    unknownsKnown_ = false;  // these logarithms belong to no evaluation's unknowns
+    molalitiesKnown_ = false;
     computeMolalities();
     ValueArray molalities(speciesCount_);
     for (std::size_t k = 0; k < speciesCount_; ++k) molalities[k] = molalities_[k];

@@ -22,8 +22,10 @@ class SpeciesModel;
 ///
 /// The residual operation is the hot path of the whole calculation (the forward-difference
 /// Jacobian calls it N times per Newton iteration): everything fixed for the calculation is
-/// prepared here once, and an evaluation allocates nothing beyond its output array. It writes
-/// into scratch arrays of the object, so one maker serves one thread at a time.
+/// prepared here once, an evaluation allocates nothing beyond its output array, and logarithms
+/// and molalities that the previous evaluation already computed from the same values are kept
+/// (the same bits as computing them again).
+/// It writes into scratch arrays of the object, so one maker serves one thread at a time.
 class ChargeBalanceEquationMaker {
 public:
     /// Reads "H2O"'s molecular weight from the model's element table ("Molecular Weight not
@@ -76,7 +78,13 @@ private:
     std::vector<double> balanceTermCoefficient_;
 
     mutable std::vector<double> logActivities_;  ///< scratch: log10 activity per basis name
-    mutable std::vector<double> molalities_;     ///< scratch: molality per species
+    mutable std::vector<double> molalities_;     ///< molality per species of the last evaluation
+    // The unknowns behind logActivities_ (when unknownsKnown_), which logarithms the current
+    // evaluation changed, and whether molalities_ belong to the logarithms before that change.
+    mutable std::vector<double> previousUnknowns_;
+    mutable std::vector<unsigned char> changed_;
+    mutable bool unknownsKnown_ = false;
+    mutable bool molalitiesKnown_ = false;
 };
 
 }  // namespace Brinecast

@@ -76,11 +76,3 @@ TEST(ElementTable, EachLookupNamesItsMissWithItsOwnMessage) {
         expectLogicError([&] { table.countedChargeName(name); }, "Spread-Charge ion name not found!", name);
     }
 }
-
-TEST(ElementTable, CarriesBothReactionDocuments) {
-    const ElementTable table;
-    ASSERT_EQ(table.documents().size(), 2u);
-    EXPECT_EQ(table.documents()[0].front(), '[');
-    EXPECT_NE(table.documents()[0].find("\"H+ = H+\""), std::string::npos);
-    EXPECT_NE(table.documents()[1].find("\"Zn+2 + 3HS- = Zn(HS)3-\""), std::string::npos);
-}

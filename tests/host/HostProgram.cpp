@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <stdexcept>
 #include <utility>
 
 namespace bc = korvane::Brinecast;
@@ -55,4 +56,21 @@ TEST(HostProgram, UtilityAnswersAndErrorsCrossTheLibraryBoundary) {
         ADD_FAILURE() << "std::logic_error did not keep its type across the library boundary";
     }
     EXPECT_TRUE(caughtByType);
+}
+
+TEST(HostProgram, RunsASpeciationThroughTheSharedLibrary) {
+    bc::Input input;
+    input.dllPath = "no-engine-needed";  // mol/kgw needs no density, but the path must be set
+    input.elements.assign({{"Na", 0.469}, {"Mg", 0.0528}, {"Ca", 0.0103}, {"Cl", 0.5929}, {"C", 0.00206}}, bc::MolPerKgw);
+    const bc::Output output = bc::run(input);
+    EXPECT_GT(output.pH, 6.0);
+    EXPECT_LT(output.pH, 9.0);
+    EXPECT_EQ(output.species.unit, bc::MolPerKgw);
+    EXPECT_EQ(output.species.values.front().name, "Na+");  // the largest species of the first component
+    EXPECT_EQ(bc::getPH(input), output.pH);
+
+    input.elements.push_back({"Unobtainium", 1.0});
+    EXPECT_THROW(bc::getPH(input), std::logic_error);
+    input.dllPath.clear();
+    EXPECT_THROW(bc::run(input), korvane::KorvaneError);
 }

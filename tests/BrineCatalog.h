@@ -1,0 +1,42 @@
+#pragma once
+/// Example brine analyses shared by the tests and the benchmarks (tests/data/brines.json).
+
+#include <korvane/Brinecast.h>
+
+#include <rapidjson/document.h>
+
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace brinecast_test {
+
+struct NamedBrine {
+    std::string name;
+    korvane::Brinecast::Input input;
+};
+
+/// Every brine of the catalogue at `path`, with `dllPath` as the engine directory.
+inline std::vector<NamedBrine> loadBrines(const std::string& path, const std::string& dllPath) {
+    std::ostringstream text;
+    text << std::ifstream(path).rdbuf();
+    rapidjson::Document document;
+    if (document.Parse(text.str().c_str()).HasParseError() || !document.IsArray())
+        throw std::runtime_error("The brine catalogue " + path + " is missing or not a JSON array");
+    std::vector<NamedBrine> brines;
+    for (const rapidjson::Value& entry : document.GetArray()) {
+        NamedBrine brine{entry["name"].GetString(), {}};
+        brine.input.dllPath = dllPath;
+        brine.input.temperature = entry["temperatureK"].GetDouble();  // K
+        for (const auto& pair : entry["elements"].GetArray()) brine.input.elements.push_back({pair[0].GetString(), pair[1].GetDouble()});
+        brine.input.elements.unit = static_cast<korvane::Brinecast::ConcentUnit>(entry["unit"].GetInt());
+        for (const auto& pair : entry["gases"].GetArray()) brine.input.gases.push_back({pair[0].GetString(), pair[1].GetDouble()});
+        brine.input.gases.unit = korvane::Brinecast::MolPerKgw;
+        brines.push_back(brine);
+    }
+    return brines;
+}
+
+}  // namespace brinecast_test

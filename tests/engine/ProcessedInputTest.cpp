@@ -1,0 +1,142 @@
+#include "engine/ProcessedInput.h"
+
+#include "database/SpeciesModel.h"
+
+#include <korvane/KorvaneError.h>
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+using namespace korvane::Brinecast;
+using Names = std::vector<std::string>;
+
+namespace {
+
+const SpeciesModel& embeddedModel() {
+    static const SpeciesModel model;
+    return model;
+}
+
+Input analysis(std::vector<NameValue> elements, ConcentUnit unit, std::vector<NameValue> gases = {},
+               ConcentUnit gasUnit = MolPerKgw) {
+    Input input;
+    input.dllPath = "/no/engine/here";  // reaching the density calculation would throw
+    input.elements.assign(elements, unit);
+    input.gases.assign(gases, gasUnit);
+    return input;
+}
+
+template <typename Error>
+void expectFailure(const Input& input, const std::string& message) {
+    try {
+        processInput(input, embeddedModel());
+        ADD_FAILURE() << "no exception, expected " << message;
+    } catch (const Error& e) {
+        EXPECT_EQ(std::string(e.what()), message);
+    }
+}
+
+const double waterPerKg = 1000.0 / 18.01528;  // mol of H2O in 1 kg
+
+}  // namespace
+
+TEST(ProcessInput, ValidationRunsInOrderBeforeAnythingElse) {
+    Input emptyPath = analysis({{"Na", 1.0}}, Undefined, {{"CO2", 1.0}}, MgPerL);
+    emptyPath.dllPath.clear();
+    expectFailure<korvane::KorvaneError>(emptyPath, "Korvane dll path is not set.");
+    expectFailure<korvane::KorvaneError>(analysis({{"Na", 1.0}}, Undefined, {{"CO2", 1.0}}, MgPerL),
+                                         "Input element concentration unit is not set.");
+    expectFailure<korvane::KorvaneError>(analysis({}, Undefined, {{"CO2", 1.0}}, MmolPerKgw),
+                                         "Input gas concentration unit must be mol/kgw.");
+    EXPECT_NO_THROW(processInput(analysis({{"Na", 1.0}}, MolPerKgw, {}, Undefined), embeddedModel()));
+}
+
+TEST(ProcessInput, MissingConditionsTakeDefaultsAndTheDensityOnlyWhenNeeded) {
+    struct Case {
+        double temperature, pressure, density;
+        ConcentUnit unit;
+        bool elements;
+        double expectedTemperature, expectedPressure, expectedDensity;
+    };
+    const Case cases[] = {
+        {0.0, -1.0, 0.0, MolPerKgw, true, 298.15, 101325.0, 1.0},  {1e-9, 2e5, -2.0, MmolPerKgw, true, 1e-9, 2e5, 1.0},
+        {NAN, 0.0, 0.0, MgPerKg, true, NAN, 101325.0, 1.0},        {300.0, 1e7, 1.02, MgPerL, true, 300.0, 1e7, 1.02},
+        {300.0, 1e7, 1.1, MmolPerL, true, 300.0, 1e7, 1.1},        {300.0, 1e7, 0.9, MolPerKgw, true, 300.0, 1e7, 0.9},
+        {300.0, 1e7, -1.0, MgPerL, false, 300.0, 1e7, -1.0},  // no elements: the density is not touched
+    };
+    for (const Case& c : cases) {
+        Input input = analysis(c.elements ? std::vector<NameValue>{{"Na", 100.0}} : std::vector<NameValue>{}, c.unit);
+        input.temperature = c.temperature, input.pressure = c.pressure, input.density = c.density;
+        const Input settled = processInput(input, embeddedModel()).input;
+        EXPECT_TRUE(settled.temperature == c.expectedTemperature || std::isnan(c.expectedTemperature));
+        EXPECT_EQ(settled.pressure, c.expectedPressure);
+        EXPECT_EQ(settled.density, c.expectedDensity) << "unit " << c.unit;
+    }
+}
+
+TEST(ProcessInput, BasisNamesAreElementsThenGasesNotCountedInAnElement) {
+    struct Case {
+        Input input;
+        Names names;
+        std::vector<double> totals;  // mol/kgw
+    };
+    const Case cases[] = {
+        {analysis({}, Undefined), {"H2O", "H+"}, {waterPerKg, 0.0}},
+        {analysis({}, Undefined, {{"H2S", 0.002}, {"CO2", 0.01}}), {"H2O", "H+", "HS-", "CO3-2"}, {waterPerKg, 0.0, 0.002, 0.01}},
+        {analysis({{"Cl", 0.5}, {"Na", 0.4}}, MolPerKgw), {"H2O", "H+", "Cl-", "Na+"}, {waterPerKg, 0.0, 0.5, 0.4}},
+        {analysis({{"C", 0.003}, {"Na", 0.01}}, MolPerKgw, {{"CO2", 0.002}, {"H2S", 0.001}}),
+         {"H2O", "H+", "CO3-2", "Na+", "HS-"}, {waterPerKg, 0.0, 0.005, 0.01, 0.001}},
+        {analysis({{"S(-2)", 1.0}}, MmolPerKgw, {{"H2S", 0.004}}), {"H2O", "H+", "HS-"}, {waterPerKg, 0.0, 0.005}},
+        // The same gas twice beside its element: both amounts join it, and one total more than basis
+        // names is left over, never written (the sanitizer build watches that nothing reads it).
+        {analysis({{"C", 0.003}}, MolPerKgw, {{"CO2", 0.001}, {"CO2", 0.002}}), {"H2O", "H+", "CO3-2"},
+         {waterPerKg, 0.0, 0.006, 0.0}},
+    };
+    for (const Case& c : cases) {
+        const ProcessedInput processed = processInput(c.input, embeddedModel());
+        EXPECT_EQ(processed.basisNames, c.names);
+        ASSERT_EQ(processed.totals.size(), c.totals.size());
+        for (std::size_t i = 0; i < c.totals.size(); ++i) EXPECT_DOUBLE_EQ(processed.totals[i], c.totals[i]) << i;
+    }
+}
+
+TEST(ProcessInput, RefusesRepeatedBasesAndUnknownNames) {
+    for (const Input& input : {analysis({{"Na", 0.1}, {"Na", 0.2}}, MolPerKgw), analysis({{"H", 0.1}}, MolPerKgw),
+                               analysis({}, Undefined, {{"CO2", 0.1}, {"CO2", 0.2}})})
+        expectFailure<std::logic_error>(input, "A repeated basis found.");
+    for (ConcentUnit unit : {MolPerKgw, MgPerKg}) {
+        expectFailure<std::logic_error>(analysis({{"Na", 1.0}, {"S", 1.0}}, unit), "Element name not found.");
+        expectFailure<std::logic_error>(analysis({{"Na", 1.0}}, unit, {{"CH4", 0.1}}), "Gas name not found!");
+    }
+    Input unknownUnit = analysis({{"Na", 1.0}}, static_cast<ConcentUnit>(9));
+    unknownUnit.density = 1.0;  // skips the density calculation, so the conversion meets the unit
+    expectFailure<std::logic_error>(unknownUnit, "Concentration unit not found.");
+}
+
+// One brine written in every unit, as labs report it, comes back to the same molalities.
+TEST(ProcessInput, OneBrineInEveryUnitGivesTheSameTotals) {
+    const std::vector<NameValue> brine = {{"Na", 1.2}, {"Ca", 0.15}, {"Cl", 1.45}, {"S(6)", 0.02}, {"C", 0.004}};
+    const ElementTable& table = embeddedModel().elementTable();
+    const double density = 1.08;  // g/cm3; any value, the same both ways
+    double soluteKg = 0.0;        // per kg of water, counting each element as its reported ion
+    for (const NameValue& e : brine) soluteKg += e.value * table.molarMass(e.name) / 1000.0;
+    const double perKgSolution = 1.0 / (1.0 + soluteKg);
+    const std::pair<ConcentUnit, double> units[] = {  // and the factor from mol/kgw, without the molar mass
+        {MolPerKgw, 1.0}, {MmolPerKgw, 1000.0}, {MgPerKg, 1000.0 * perKgSolution},
+        {MgPerL, 1000.0 * perKgSolution * density}, {MmolPerL, 1000.0 * perKgSolution * density}};
+    for (const auto& [unit, factor] : units) {
+        Input input = analysis({}, unit);
+        for (const NameValue& e : brine) {
+            const bool byMass = unit == MgPerKg || unit == MgPerL;
+            input.elements.push_back({e.name, e.value * factor * (byMass ? table.molarMass(e.name) : 1.0)});
+        }
+        input.density = density;
+        const ProcessedInput processed = processInput(input, embeddedModel());
+        for (std::size_t i = 0; i < brine.size(); ++i)
+            EXPECT_NEAR(processed.totals[i + 2], brine[i].value, 1e-13 * brine[i].value) << brine[i].name << " unit " << unit;
+    }
+}

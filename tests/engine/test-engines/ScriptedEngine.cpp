@@ -1,0 +1,119 @@
+// A test engine whose every call is recorded and any one of whose steps can be made to fail.
+// Built several times with different definitions:
+//   KVTEST_WITHOUT_PHASE_VOLUME  lacks the entry point kvpvt_phase_volume
+//   KVTEST_TRAPS_ON_LOAD         switches floating-point traps on while it is being loaded
+//   KVTEST_UNRESOLVED_IMPORT     needs a function that no library defines, so it cannot load
+// Its volume is 2e-5 m3 per mol of everything, so densities over it are easy to predict.
+#include <korvane/EngineAbi.h>
+
+#include <cfenv>
+#include <cstdio>
+#include <cstring>
+#include <string>
+
+struct KvpvtContext {
+    int components = 0;
+    double volumeM3 = 0.0;
+};
+
+namespace {
+
+std::string callLog;     // "create;component WATER;...;destroy"
+std::string failingStep;  // a call whose log entry starts with this fails with code 250
+int trapsAfterLoad = -1;
+
+/// Logs `entry`; reports the informational codes -5 and 200 on success, and 250 after them when
+/// this is the step that must fail. Returns whether the call succeeded.
+bool record(const std::string& entry, int32_t* errorCount, int32_t* errorCodes) {
+    callLog += (callLog.empty() ? "" : ";") + entry;
+    errorCodes[0] = -5;
+    errorCodes[1] = 200;
+    *errorCount = 2;
+    if (failingStep.empty() || entry.compare(0, failingStep.size(), failingStep) != 0) return true;
+    errorCodes[(*errorCount)++] = 250;
+    return false;
+}
+
+#ifdef KVTEST_TRAPS_ON_LOAD
+__attribute__((constructor)) void switchTrapsOn() {
+    fedisableexcept(FE_ALL_EXCEPT);
+    feenableexcept(FE_DIVBYZERO | FE_INVALID);
+    trapsAfterLoad = fegetexcept();
+}
+#endif
+
+}  // namespace
+
+#ifdef KVTEST_UNRESOLVED_IMPORT
+extern "C" int kvtest_function_that_no_library_defines();
+extern "C" KVPVT_ENGINE_EXPORT int kvtest_use_missing_import() { return kvtest_function_that_no_library_defines(); }
+#endif
+
+extern "C" {
+
+// Test controls, found by the tests with dlsym.
+KVPVT_ENGINE_EXPORT const char* kvtest_call_log() { return callLog.c_str(); }
+/// Makes the call whose log entry starts with `step` fail from now on, and clears the log.
+KVPVT_ENGINE_EXPORT void kvtest_fail_at(const char* step) {
+    failingStep = step;
+    callLog.clear();
+}
+KVPVT_ENGINE_EXPORT int kvtest_traps_after_load() { return trapsAfterLoad; }
+
+KvpvtContext* kvpvt_context_create(int32_t* errorCount, int32_t* errorCodes) {
+    return record("create", errorCount, errorCodes) ? new KvpvtContext() : nullptr;
+}
+
+void kvpvt_context_destroy(KvpvtContext* context) {
+    callLog += context != nullptr ? ";destroy" : ";destroy null";
+    delete context;
+}
+
+void kvpvt_load_component(KvpvtContext* context, const char* name, int32_t* componentIndex, int32_t* errorCount,
+                          int32_t* errorCodes) {
+    if (record(std::string("component ") + name, errorCount, errorCodes)) *componentIndex = context->components++;
+}
+
+void kvpvt_add_bip_set(KvpvtContext*, const char* name, int32_t* errorCount, int32_t* errorCodes) {
+    record(std::string("bip ") + name, errorCount, errorCodes);
+}
+
+void kvpvt_add_model(KvpvtContext*, const char* name, int32_t* errorCount, int32_t* errorCodes) {
+    record(std::string("model ") + name, errorCount, errorCodes);
+}
+
+void kvpvt_load_salt_density_model(KvpvtContext*, const char* name, int32_t* errorCount, int32_t* errorCodes) {
+    record(std::string("saltmodel ") + name, errorCount, errorCodes);
+}
+
+void kvpvt_add_phase(KvpvtContext*, const char* name, int32_t solventIndex, int32_t* phaseIndex,
+                     int32_t* errorCount, int32_t* errorCodes) {
+    if (record(std::string("phase ") + name + " " + std::to_string(solventIndex), errorCount, errorCodes)) {
+        *phaseIndex = 3;
+    }
+}
+
+void kvpvt_evaluate(KvpvtContext* context, double temperature, double pressure, const double* amounts,
+                    int32_t amountCount, int32_t* errorCount, int32_t* errorCodes) {
+    char entry[200];
+    std::snprintf(entry, sizeof entry, "evaluate %g %g", temperature, pressure);
+    std::string logged = entry;
+    double total = 0.0;
+    for (int32_t i = 0; i < amountCount; ++i) {
+        std::snprintf(entry, sizeof entry, " %.10g", amounts[i]);
+        logged += entry;
+        total += amounts[i];
+    }
+    if (record(logged, errorCount, errorCodes)) context->volumeM3 = 2e-5 * total;
+}
+
+#ifndef KVTEST_WITHOUT_PHASE_VOLUME
+void kvpvt_phase_volume(KvpvtContext* context, int32_t phaseIndex, double* volume, int32_t* errorCount,
+                        int32_t* errorCodes) {
+    if (!record("volume " + std::to_string(phaseIndex), errorCount, errorCodes)) return;
+    // Failing "zero volume" makes a faulty engine that reports no error and a volume of 0 m3.
+    *volume = failingStep == "zero volume" ? 0.0 : context->volumeM3;
+}
+#endif
+
+}  // extern "C"
