@@ -6,6 +6,8 @@
 #include "solver/ChargeBalanceEquationMaker.h"
 #include "tools/NewtonRaphsonEstimatedJacobian.h"
 
+#include <korvane/KorvaneError.h>
+
 #include <algorithm>
 #include <cmath>
 #include <memory>
@@ -55,52 +57,69 @@ SolverScales solverScales(const ValueArray& guess, const ValueArray& totals, std
     return {atLeastSmallestScale(largest), atLeastSmallestScale(dissolved)};
 }
 
-SolverReport solveSpeciation(const Input& input, SpeciesModel& model) {
-    ValueArray totals;
-    double temperatureK = 0.0;
-    {
-        ProcessedInput processed = processInput(input, model);
-        model.basisNames = processed.basisNames;
-        totals = processed.totals;
-        temperatureK = processed.input.temperature;
-    }
-    const std::size_t basisCount = model.basisNames.size();
-    model.basisReactionSet = std::make_unique<BasisReactionSet>(model.reactions, model.basisNames, temperatureK);
-    model.equationMaker =
-        std::make_unique<ChargeBalanceEquationMaker>(*model.basisReactionSet, model.basisNames, totals, model);
+Speciation::Speciation() = default;
+Speciation::Speciation(Speciation&&) noexcept = default;
+Speciation& Speciation::operator=(Speciation&&) noexcept = default;
+Speciation::~Speciation() = default;
 
-    ValueArray x = initialGuess(totals, basisCount);
-    const SolverScales scales = solverScales(x, totals, basisCount);
-    const ChargeBalanceEquationMaker& equations = *model.equationMaker;
+SolverReport solveSpecified(const ProcessedInput& processed, const SpeciesModel& model, Speciation& speciation,
+                            bool stopOnNaN) {
+    speciation.basisNames = processed.basisNames;
+    speciation.totals = processed.totals;
+    const double temperatureK = processed.input.temperature;
+    const std::size_t basisCount = speciation.basisNames.size();
+    speciation.basisReactionSet =
+        std::make_unique<BasisReactionSet>(model.reactions, speciation.basisNames, temperatureK);
+    speciation.equationMaker = std::make_unique<ChargeBalanceEquationMaker>(
+        *speciation.basisReactionSet, speciation.basisNames, speciation.totals, model);
+
+    ValueArray x = initialGuess(speciation.totals, basisCount);
+    const SolverScales scales = solverScales(x, speciation.totals, basisCount);
+    const ChargeBalanceEquationMaker& equations = *speciation.equationMaker;
     const tools::ResidualFunction residuals = [&equations](const ValueArray& unknowns, ValueArray& out) {
         equations.evaluate(unknowns, out);
     };
 
-    SolverReport report;
-    report.residualBound = scales.residualBound;
-    std::uint64_t trials = trialLimit;
-    tools::NewtonRaphsonEstimatedJacobian solver;
-    solver.solve(residuals, trials, x, stepTolerance, staleLimit, scales.residualBound, residualTolerance,
-                 &report.residualNorm, maxRelativeStep, scales.jacobianScale);
-    report.iterations = trials;
+    tools::NewtonSettings settings;
+    settings.trials = trialLimit;
+    settings.stepTolerance = stepTolerance;
+    settings.staleLimit = staleLimit;
+    settings.residualBound = scales.residualBound;
+    settings.residualTolerance = residualTolerance;
+    settings.maxRelativeStep = maxRelativeStep;
+    settings.jacobianScale = scales.jacobianScale;
+    settings.stopOnNaN = stopOnNaN;
+    const tools::NewtonOutcome outcome = tools::NewtonRaphsonEstimatedJacobian().iterate(residuals, x, settings);
 
-    if (model.solution.size() != basisCount) model.solution = ValueArray(basisCount);
-    model.solution[0] = totals[0];
-    for (std::size_t k = 0; k + 1 < basisCount; ++k) model.solution[k + 1] = x[k];
+    speciation.solution = ValueArray(basisCount);
+    speciation.solution[0] = speciation.totals[0];
+    for (std::size_t k = 0; k + 1 < basisCount; ++k) speciation.solution[k + 1] = x[k];
+    return {outcome.iterations, outcome.residualNorm, scales.residualBound, outcome.ending};
+}
+
+SolverReport solveSpeciation(const Input& input, SpeciesModel& model) {
+    Speciation speciation;
+    const SolverReport report = solveSpecified(processInput(input, model), model, speciation, false);
+    model.basisNames = std::move(speciation.basisNames);
+    model.basisReactionSet = std::move(speciation.basisReactionSet);
+    model.equationMaker = std::move(speciation.equationMaker);
+    if (report.ending == tools::NewtonEnding::TrialLimit)
+        throw KorvaneError("Number of trials exceeded without finding a solution.");
+    model.solution = std::move(speciation.solution);
     return report;
 }
 
-std::vector<SpeciesGroup> groupSpecies(const SpeciesModel& model) {
-    const BasisReactionSet& reactions = *model.basisReactionSet;
-    const ValueArray molalities = model.equationMaker->speciesValues(model.solution);
-    const std::vector<std::string>& names = reactions.speciesNames();
-
+std::vector<SpeciesGroup> groupSpecies(const std::vector<std::string>& basisNames,
+                                       const std::vector<const std::string*>& speciesNames,
+                                       const std::vector<double>& coefficients, const double* molalities) {
+    const std::size_t basisCount = basisNames.size();
     std::vector<SpeciesGroup> groups;
-    for (std::size_t j = 2; j < model.basisNames.size(); ++j) {
-        SpeciesGroup group{model.basisNames[j], {}};
-        for (std::size_t k = 0; k < names.size(); ++k) {
-            if (std::fabs(reactions.coefficient(j, k)) > groupCoefficientThreshold)
-                group.species.push_back({names[k], molalities[k]});
+    groups.reserve(basisCount > 2 ? basisCount - 2 : 0);
+    for (std::size_t j = 2; j < basisCount; ++j) {
+        SpeciesGroup group{basisNames[j], {}};
+        for (std::size_t k = 0; k < speciesNames.size(); ++k) {
+            if (std::fabs(coefficients[k * basisCount + j]) > groupCoefficientThreshold)
+                group.species.push_back({*speciesNames[k], molalities[k]});
         }
         std::sort(group.species.begin(), group.species.end(), largerMolality);
         groups.push_back(std::move(group));
@@ -108,14 +127,42 @@ std::vector<SpeciesGroup> groupSpecies(const SpeciesModel& model) {
     return groups;
 }
 
-Output assembleOutput(const SpeciesModel& model) {
+namespace {
+
+std::vector<SpeciesGroup> groupSolvedSpecies(const std::vector<std::string>& basisNames, const BasisReactionSet& reactions,
+                                             const ChargeBalanceEquationMaker& equations, const ValueArray& solution) {
+    const ValueArray molalities = equations.speciesValues(solution);
+    std::vector<const std::string*> names;
+    names.reserve(reactions.speciesCount());
+    for (const std::string& name : reactions.speciesNames()) names.push_back(&name);
+    return groupSpecies(basisNames, names, reactions.coefficients(), molalities.data());
+}
+
+}  // namespace
+
+std::vector<SpeciesGroup> groupSpecies(const SpeciesModel& model) {
+    return groupSolvedSpecies(model.basisNames, *model.basisReactionSet, *model.equationMaker, model.solution);
+}
+
+Output assembleOutput(std::vector<SpeciesGroup> groups, double hydrogenMolality) {
     Output output;
-    for (SpeciesGroup& group : groupSpecies(model)) {
+    std::size_t entries = 0;
+    for (const SpeciesGroup& group : groups) entries += group.species.size();
+    output.species.values.reserve(entries);
+    for (SpeciesGroup& group : groups) {
         for (NameValue& entry : group.species) output.species.values.push_back(std::move(entry));
     }
     output.species.unit = MolPerKgw;
-    output.pH = -std::log10(model.solution[1]);
+    output.pH = -std::log10(hydrogenMolality);
     return output;
+}
+
+Output assembleOutput(const SpeciesModel& model) { return assembleOutput(groupSpecies(model), model.solution[1]); }
+
+Output assembleOutput(const Speciation& speciation) {
+    return assembleOutput(groupSolvedSpecies(speciation.basisNames, *speciation.basisReactionSet,
+                                             *speciation.equationMaker, speciation.solution),
+                          speciation.solution[1]);
 }
 
 std::string solutionReport(const SpeciesModel& model) {

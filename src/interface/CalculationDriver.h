@@ -1,18 +1,23 @@
 #pragma once
 
+#include "tools/NewtonEnding.h"
 #include "tools/ValueArray.h"
 
 #include <korvane/Brinecast.h>
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
 namespace korvane {
 namespace Brinecast {
 
+class BasisReactionSet;
+class ChargeBalanceEquationMaker;
 class SpeciesModel;
+struct ProcessedInput;
 
 /// Absolute Jacobian step and acceptable residual norm handed to the Newton solver.
 struct SolverScales {
@@ -25,6 +30,23 @@ struct SolverReport {
     std::uint64_t iterations = 0;  ///< Newton iterations done
     double residualNorm = 0.0;     ///< 1-norm of the last residual measured
     double residualBound = 0.0;    ///< the bound that made a point acceptable
+    tools::NewtonEnding ending = tools::NewtonEnding::Converged;  ///< how the iteration ended
+};
+
+/// The objects of one calculation, held apart from the species model so that calculations on
+/// many threads can share one model: what `run` keeps in the model's working fields.
+struct Speciation {
+    std::vector<std::string> basisNames;  ///< "H2O", "H+", then the analysis' basis species
+    ValueArray totals;                    ///< mol/kgw per basis name
+    std::unique_ptr<BasisReactionSet> basisReactionSet;
+    std::unique_ptr<ChargeBalanceEquationMaker> equationMaker;
+    /// Moles of water per kg of water, then the solved free molality (mol/kgw) of basis names 1..N-1.
+    ValueArray solution;
+
+    Speciation();
+    Speciation(Speciation&&) noexcept;
+    Speciation& operator=(Speciation&&) noexcept;
+    ~Speciation();
 };
 
 /// Species of one basis component with their molalities (mol/kgw), largest first.
@@ -45,12 +67,30 @@ SolverScales solverScales(const ValueArray& guess, const ValueArray& totals, std
 /// `model` (replacing what it held). Does not judge convergence; only exceptions stop it.
 SolverReport solveSpeciation(const Input& input, SpeciesModel& model);
 
+/// The steps of `solveSpeciation` after input processing, on an input processed against `model`
+/// (only read): builds the basis reaction set and equations into `speciation`, iterates from the
+/// initial guess and keeps the point where the iteration ended as the solution. Reports the
+/// trial limit in `ending` instead of throwing; with `stopOnNaN` the iteration ends as soon as
+/// the residual norm is NaN, which it never leaves.
+SolverReport solveSpecified(const ProcessedInput& processed, const SpeciesModel& model, Speciation& speciation,
+                            bool stopOnNaN);
+
 /// The solved species per basis component 2..N-1, in basis order; a species counts in every
 /// group whose component it contains (|coefficient| > 1e-8).
 std::vector<SpeciesGroup> groupSpecies(const SpeciesModel& model);
 
+/// The same grouping from its parts: species names and molalities (mol/kgw) in species order,
+/// and the coefficients A(j, k) at k * basisNames.size() + j.
+std::vector<SpeciesGroup> groupSpecies(const std::vector<std::string>& basisNames,
+                                       const std::vector<const std::string*>& speciesNames,
+                                       const std::vector<double>& coefficients, const double* molalities);
+
 /// pH and grouped molalities of the solution held by `model`.
 Output assembleOutput(const SpeciesModel& model);
+/// pH and grouped molalities of the solution held by `speciation`.
+Output assembleOutput(const Speciation& speciation);
+/// The groups concatenated in order, in mol/kgw, and pH = -log10 of the free "H+" molality.
+Output assembleOutput(std::vector<SpeciesGroup> groups, double hydrogenMolality);
 
 /// Diagnostic text of the solution held by `model`: "pH=..." then every group with its species.
 std::string solutionReport(const SpeciesModel& model);
