@@ -20,6 +20,9 @@ constexpr double kWaterProduct = 1e-14;  // (mol/kgw)^2, only to place the first
 constexpr double kLargestLogStep = 2.0 * kLn10;
 constexpr int kBalancingPasses = 10;
 constexpr double kBalancedLogRatio = 0.5;
+/// A component whose species hold more than this many times its total is scaled down directly:
+/// from above, a Newton step in log space moves it by little more than a factor of e.
+constexpr double kOvershoot = 4.0;
 constexpr double kSufficientDecrease = 1e-4;  // Armijo fraction of the predicted decrease of G
 constexpr int kLargestHalvings = 60;
 constexpr int kLargestPower = 8;
@@ -242,6 +245,35 @@ bool LogSpeciationSolver::lineSearch() {
     return false;
 }
 
+void LogSpeciationSolver::scaleDownOvershoots() {
+    bool moved = false;
+    for (std::size_t i = 1; i < u_.size(); ++i) {
+        const double ratio = balance_[i] / target_[i];
+        trial_[i] = u_[i];
+        if (!(ratio > kOvershoot) || !std::isfinite(ratio)) continue;
+        // The mean power the component carries in its species, weighted by what each holds:
+        // Σ a²·m / Σ a·m, the diagonal of the Hessian over the balance.
+        double curvature = 0.0;
+        for (const ActiveSpecies& species : active_) {
+            const Term* first = terms_.data() + species.firstTerm;
+            for (std::uint32_t t = 0; t < species.termCount; ++t) {
+                if (first[t].unknown == i)
+                    curvature += first[t].coefficient * first[t].coefficient * molalities_[species.species];
+            }
+        }
+        trial_[i] -= std::log(ratio) * balance_[i] / curvature;
+        moved = true;
+    }
+    if (!moved) return;
+    trial_[0] = u_[0];
+    const double before = g_;
+    if (evaluate(trial_.data()) && g_ < before) {
+        u_.swap(trial_);
+        return;
+    }
+    evaluate(u_.data());
+}
+
 LogSolverOutcome LogSpeciationSolver::solve(double tolerance, std::uint64_t iterationLimit) {
     if (!feasible_) {
         std::fill(molalities_.begin(), molalities_.end(), std::numeric_limits<double>::quiet_NaN());
@@ -253,6 +285,7 @@ LogSolverOutcome LogSpeciationSolver::solve(double tolerance, std::uint64_t iter
         newtonStep();
         if (closes(tolerance)) return {true, iteration};
         if (iteration >= iterationLimit || !lineSearch()) return {false, iteration};
+        scaleDownOvershoots();
     }
 }
 

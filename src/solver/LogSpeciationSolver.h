@@ -78,6 +78,9 @@ private:
     bool closes(double tolerance) const;
     /// Moves u_ along step_ until G falls enough; false when no length of the step lowers it.
     bool lineSearch();
+    /// Divides the free molality of every component whose species hold several times its total
+    /// by that ratio, when that lowers G: a Newton step would take many iterations to get there.
+    void scaleDownOvershoots();
 
     std::size_t basisCount_;
     std::vector<std::size_t> basisOfUnknown_;  ///< basis index of each unknown; unknown 0 is "H+"
