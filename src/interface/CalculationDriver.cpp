@@ -113,17 +113,26 @@ std::vector<SpeciesGroup> groupSpecies(const std::vector<std::string>& basisName
                                        const std::vector<const std::string*>& speciesNames,
                                        const std::vector<double>& coefficients, const double* molalities) {
     const std::size_t basisCount = basisNames.size();
-    std::vector<SpeciesGroup> groups;
-    groups.reserve(basisCount > 2 ? basisCount - 2 : 0);
-    for (std::size_t j = 2; j < basisCount; ++j) {
-        SpeciesGroup group{basisNames[j], {}};
-        for (std::size_t k = 0; k < speciesNames.size(); ++k) {
-            if (std::fabs(coefficients[k * basisCount + j]) > groupCoefficientThreshold)
-                group.species.push_back({*speciesNames[k], molalities[k]});
-        }
-        std::sort(group.species.begin(), group.species.end(), largerMolality);
-        groups.push_back(std::move(group));
+    const std::size_t speciesCount = speciesNames.size();
+    const auto belongs = [&](std::size_t j, std::size_t k) {
+        return std::fabs(coefficients[k * basisCount + j]) > groupCoefficientThreshold;
+    };
+    std::vector<SpeciesGroup> groups(basisCount > 2 ? basisCount - 2 : 0);
+    std::vector<std::size_t> sizes(groups.size(), 0);
+    for (std::size_t k = 0; k < speciesCount; ++k) {
+        for (std::size_t j = 2; j < basisCount; ++j) sizes[j - 2] += belongs(j, k);
     }
+    for (std::size_t g = 0; g < groups.size(); ++g) {
+        groups[g].basisName = basisNames[g + 2];
+        groups[g].species.reserve(sizes[g]);
+    }
+    // Species by species, so that every group lists its species in species order.
+    for (std::size_t k = 0; k < speciesCount; ++k) {
+        for (std::size_t j = 2; j < basisCount; ++j) {
+            if (belongs(j, k)) groups[j - 2].species.push_back({*speciesNames[k], molalities[k]});
+        }
+    }
+    for (SpeciesGroup& group : groups) std::sort(group.species.begin(), group.species.end(), largerMolality);
     return groups;
 }
 
