@@ -25,7 +25,9 @@ constexpr double kBalancedLogRatio = 0.5;
 constexpr double kOvershoot = 4.0;
 constexpr double kSufficientDecrease = 1e-4;  // Armijo fraction of the predicted decrease of G
 constexpr int kLargestHalvings = 60;
-constexpr int kLargestPower = 8;
+/// Whole powers up to this are read from a table of powers of each free molality.
+constexpr int kLargestPower = 4;
+constexpr std::size_t kPowerColumns = 2 * kLargestPower + 1;
 constexpr double kEpsilon = std::numeric_limits<double>::epsilon();
 
 double largestMagnitude(const std::vector<double>& v) {
@@ -34,13 +36,16 @@ double largestMagnitude(const std::vector<double>& v) {
     return largest;
 }
 
-/// x^power for a small whole power, by multiplication; `inverse` is 1/x.
-inline double wholePower(double x, double inverse, std::int32_t power) {
-    if (power == 1) return x;
-    const double base = power > 0 ? x : inverse;
-    double product = base;
-    for (std::int32_t p = power > 0 ? power : -power; p > 1; --p) product *= base;
-    return product;
+/// x^p for p = −kLargestPower..kLargestPower into row[p + kLargestPower].
+inline void fillPowers(double x, double* row) {
+    double* centre = row + kLargestPower;
+    centre[0] = 1.0;
+    centre[1] = x;
+    centre[-1] = 1.0 / x;
+    for (int p = 2; p <= kLargestPower; ++p) {
+        centre[p] = centre[p - 1] * x;
+        centre[-p] = centre[-p + 1] * centre[-1];
+    }
 }
 
 }  // namespace
@@ -90,8 +95,10 @@ void LogSpeciationSolver::selectUnknowns(const SpeciationSystem& system, const V
             takesPart = unknownOf[j] >= 0;
             const double rounded = std::round(a[j]);
             const bool whole = rounded == a[j] && std::fabs(rounded) <= kLargestPower;
-            terms_.push_back({static_cast<std::uint32_t>(unknownOf[j]), whole ? static_cast<std::int32_t>(rounded) : 0,
-                              a[j]});
+            const auto unknown = static_cast<std::uint32_t>(unknownOf[j]);
+            const std::uint32_t power =
+                whole ? static_cast<std::uint32_t>(unknown * kPowerColumns + rounded + kLargestPower) : kNoPower;
+            terms_.push_back({unknown, power, a[j]});
         }
         if (!takesPart) {
             terms_.resize(species.firstTerm);
@@ -102,7 +109,8 @@ void LogSpeciationSolver::selectUnknowns(const SpeciationSystem& system, const V
     }
 
     const std::size_t n = basisOfUnknown_.size();
-    for (std::vector<double>* v : {&u_, &trial_, &free_, &inverse_, &balance_, &gradient_, &step_, &scale_}) v->assign(n, 0.0);
+    for (std::vector<double>* v : {&u_, &trial_, &balance_, &gradient_, &step_, &scale_}) v->assign(n, 0.0);
+    powers_.assign(n * kPowerColumns, 0.0);
     hessian_.resize(n, n);
 }
 
@@ -119,8 +127,7 @@ void LogSpeciationSolver::startingPoint() {
 bool LogSpeciationSolver::evaluate(const double* u) {
     const std::size_t n = u_.size();
     for (std::size_t i = 0; i < n; ++i) {
-        free_[i] = std::exp(u[i]);
-        inverse_[i] = 1.0 / free_[i];
+        fillPowers(std::exp(u[i]), powers_.data() + i * kPowerColumns);
         balance_[i] = 0.0;
     }
     double sum = 0.0;
@@ -129,8 +136,7 @@ bool LogSpeciationSolver::evaluate(const double* u) {
         const Term* end = term + species.termCount;
         double m = species.constant;
         for (const Term* t = term; t < end; ++t)
-            m *= t->power != 0 ? wholePower(free_[t->unknown], inverse_[t->unknown], t->power)
-                               : std::exp(t->coefficient * u[t->unknown]);
+            m *= t->power != kNoPower ? powers_[t->power] : std::exp(t->coefficient * u[t->unknown]);
         molalities_[species.species] = m;
         sum += m;
         for (const Term* t = term; t < end; ++t) balance_[t->unknown] += t->coefficient * m;

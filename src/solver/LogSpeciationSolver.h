@@ -57,13 +57,15 @@ private:
         std::uint32_t firstTerm;
         std::uint32_t termCount;
     };
-    /// One basis species in a species: the unknown, its coefficient, and the coefficient as a
-    /// small whole power when it is one (0 otherwise), since a product is far cheaper than exp.
+    /// One basis species in a species: the unknown, its coefficient, and, when the coefficient
+    /// is a small whole number, where its power of the free molality lies in powers_: a table
+    /// lookup is far cheaper than exp.
     struct Term {
         std::uint32_t unknown;
-        std::int32_t power;
+        std::uint32_t power;  ///< index into powers_, or kNoPower
         double coefficient;
     };
+    static constexpr std::uint32_t kNoPower = UINT32_MAX;
 
     void selectUnknowns(const SpeciationSystem& system, const ValueArray& totals, double waterLogActivity);
     void startingPoint();
@@ -90,7 +92,8 @@ private:
     std::vector<double> charges_;              ///< per species of the system
     bool feasible_ = true;
 
-    std::vector<double> u_, trial_, free_, inverse_, balance_, gradient_, step_, scale_;
+    std::vector<double> u_, trial_, balance_, gradient_, step_, scale_;
+    std::vector<double> powers_;  ///< per unknown: x^−4 .. x^4 of its free molality at the last evaluation
     std::vector<double> molalities_;  ///< per species of the system; 0 for those left out
     double g_ = 0.0;                  ///< G at u_
     double gNoise_ = 0.0;             ///< rounding scale of G at u_

@@ -122,7 +122,8 @@ SpeciationSystem ReactionIndex::select(const std::vector<std::string>& basisName
             row[basisPosition[formed[k]]] = own;
             continue;
         }
-        for (std::size_t j = 0; j < basisCount; ++j) row[j] = -0.0 / own;
+        const double absent = -0.0 / own;
+        for (std::size_t j = 0; j < basisCount; ++j) row[j] = absent;
         for (std::uint32_t t = 0; t < count; ++t) {
             const std::int32_t j = basisPosition[terms[t].species];
             if (j >= 0) row[j] = -terms[t].coefficient / own;
