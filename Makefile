@@ -3,7 +3,9 @@ BUILD    ?= build
 ASAN     ?= build-asan
 WERROR   ?= OFF
 JOBS     ?= $(shell nproc 2>/dev/null || echo 2)
+# A per-litre analysis without density: the report's density comes from the reference engine.
 EXAMPLE  ?= examples/north-sea-formation-water.json
+PREFIX   ?= /usr/local
 
 .PHONY: deps configure build run test sanitize bench install clean
 
@@ -31,6 +33,9 @@ sanitize: deps
 	@cmake -S . -B $(ASAN) -DCMAKE_BUILD_TYPE=Debug -DBRINECAST_SANITIZE=ON -DBRINECAST_WERROR=$(WERROR) >/dev/null
 	@cmake --build $(ASAN) -j $(JOBS)
 	@ctest --test-dir $(ASAN) --output-on-failure -j $(JOBS)
+
+install: build
+	@cmake --install $(BUILD) --prefix $(PREFIX)
 
 bench: build
 	@$(BUILD)/bench/brinecast_bench

@@ -1,0 +1,152 @@
+#include "brinecast/Calculator.h"
+
+#include "brinecast/EngineDensity.h"
+#include "brinecast/InputError.h"
+#include "brinecast/LibraryBasis.h"
+#include "brinecast/NumberText.h"
+#include "brinecast/UnitNames.h"
+
+#include <cmath>
+#include <utility>
+
+namespace korvane::Brinecast::cli {
+namespace {
+
+using Status = AnalysisResult::Status;
+using DensitySource = AnalysisResult::DensitySource;
+
+// Produced waters lie well inside this range; a pH outside it usually means the analysis'
+// charge imbalance is being carried by H+ or OH-.
+constexpr double kLowestPlausiblePH = 2.0;
+constexpr double kHighestPlausiblePH = 12.0;
+
+bool contains(const std::string& text, const char* part) {
+    return text.find(part) != std::string::npos;
+}
+
+std::string imbalanceWarning(const ChargeBalance& c) {
+    return "The analysis is out of charge balance by " + NumberText::fixed(c.errorPercent(), 1) +
+           " % of its total charge (net " + NumberText::significant(c.net(), 4) + " " +
+           c.unitName() + "). The pH follows from the charge balance, so it is not meaningful "
+           "for this analysis. Check the analysis, or cancel the imbalance with a major ion: "
+           "--balance-with Cl (or Na); `brinecast balance FILE --with Cl` shows the amount.";
+}
+
+void fail(AnalysisResult& r, Status status, const std::string& message, std::string hint) {
+    r.status = status;
+    r.error = message;
+    r.hint = std::move(hint);
+}
+
+}  // namespace
+
+double Calculator::engineDensity(AnalysisResult& r) const {
+    try {
+        return EngineDensity::of(input(r.analysis, 0.0));
+    } catch (const std::exception& e) {
+        const std::string hint = hintFor(e.what());
+        fail(r, Status::Failed, e.what(),
+             !hint.empty() ? hint
+                           : "The engine could not compute the brine density of this analysis "
+                             "at these conditions: give the density (g/cm3) in the analysis.");
+        return NAN;
+    }
+}
+
+Calculator::Calculator(std::string engineDirectory, std::optional<std::string> balanceWith)
+    : engineDirectory_(std::move(engineDirectory)), balanceWith_(std::move(balanceWith)) {}
+
+Input Calculator::input(const Analysis& a, double densityGcm3) const {
+    Input in;
+    in.dllPath = engineDirectory_;
+    in.temperature = a.temperatureK;
+    in.pressure = a.pressurePa;
+    in.density = densityGcm3;
+    in.elements.assign(a.elements, a.unit);
+    in.gases.assign(a.gases, MolPerKgw);
+    return in;
+}
+
+AnalysisResult Calculator::prepare(const Analysis& analysis) const {
+    AnalysisResult r;
+    r.analysis = analysis;
+    try {
+        if (balanceWith_) {
+            const ChargeBalance before = ChargeBalance::of(r.analysis);
+            const double amount = before.amountToCancel(*balanceWith_);
+            ChargeBalance::add(r.analysis, *balanceWith_, amount);
+            r.balancing = AnalysisResult::Balancing{*balanceWith_, amount, before};
+        }
+        r.charge = ChargeBalance::of(r.analysis);
+        if (r.charge.large()) r.warnings.push_back(imbalanceWarning(r.charge));
+
+        if (analysis.densityGcm3 > 0.0) {
+            r.densityGcm3 = analysis.densityGcm3;
+            r.densitySource = DensitySource::Given;
+        } else if (!r.analysis.elements.empty() && UnitNames::isPerLitre(analysis.unit)) {
+            r.densitySource = DensitySource::Engine;
+            r.densityGcm3 = engineDensity(r);
+        } else {
+            // Amounts per kg of water or of solution need no density; the library takes 1.0.
+            r.densityGcm3 = 1.0;
+            r.densitySource = DensitySource::NotNeeded;
+        }
+    } catch (const InputError& e) {
+        fail(r, Status::Invalid, e.what(), "");
+    } catch (const std::exception& e) {
+        fail(r, Status::Failed, e.what(), hintFor(e.what()));
+    }
+    return r;
+}
+
+void Calculator::calculate(AnalysisResult& r) const {
+    if (r.status != Status::Ok) return;
+    // A density the engine computed is handed over as given, so that the calculation itself
+    // never calls the engine: that keeps concurrent calculations off its unguarded state.
+    const Input in = input(r.analysis, r.densitySource == DensitySource::NotNeeded ? 0.0
+                                                                                  : r.densityGcm3);
+    try {
+        const Output out = run(in);
+        r.pH = out.pH;
+        r.check = SpeciationCheck::check(LibraryBasis::of(in), out.pH, out.species.values);
+    } catch (const std::exception& e) {
+        fail(r, Status::Failed, e.what(), hintFor(e.what()));
+        return;
+    }
+    if (!r.check.closed()) {
+        fail(r, Status::NotClosed,
+             r.check.mismatch.empty()
+                 ? "The solver stopped before the balances closed (largest relative error " +
+                       NumberText::significant(r.check.worstRelativeError(), 3) +
+                       "): these numbers are not a solution."
+                 : "The result does not match the library's basis reaction set: " + r.check.mismatch,
+             "Check the analysis' charge balance (brinecast balance FILE --with Cl) and its "
+             "units; very saline brines (above about 3 mol/kgw of chloride) are beyond this "
+             "solver.");
+    } else if (!(r.pH >= kLowestPlausiblePH && r.pH <= kHighestPlausiblePH)) {
+        r.warnings.push_back("pH " + NumberText::significant(r.pH, 4) +
+                             " lies outside the range of produced waters (2 to 12): the "
+                             "analysis' charge imbalance is probably carried by H+ or OH-. "
+                             "Check the analysis, or balance it with --balance-with.");
+    }
+}
+
+std::string Calculator::hintFor(const std::string& message) {
+    if (contains(message, "Number of trials exceeded")) {
+        return "The solver found no solution. Check the analysis' charge balance (brinecast "
+               "balance FILE --with Cl) and its units; very saline brines (above about 3 mol/kgw "
+               "of chloride) are beyond this solver.";
+    }
+    if (contains(message, "dll could not be loaded") || contains(message, "cannot load korvane")) {
+        return "The density of a per-litre analysis that gives none is computed by the engine "
+               "library: give --engine-dir DIR (the directory holding kvpvt64.dll), or give the "
+               "density (g/cm3) in the analysis.";
+    }
+    if (contains(message, "Could not load symbol")) {
+        return "The library in the engine directory lacks an entry point the density needs: "
+               "point --engine-dir at the reference engine shipped with brinecast.";
+    }
+    return "";
+}
+
+}  // namespace korvane::Brinecast::cli

@@ -1,0 +1,66 @@
+#include "brinecast/ChargeBalance.h"
+
+#include "brinecast/InputError.h"
+#include "brinecast/NumberText.h"
+#include "brinecast/UnitNames.h"
+
+#include <korvane/Brinecast.h>
+
+#include <cmath>
+
+namespace korvane::Brinecast::cli {
+namespace {
+
+double molarCharge(const std::vector<NameValue>& values, ConcentUnit unit) {
+    ConcentsWithUnit list;
+    list.assign(values, unit);
+    return getMolarCharge(list);
+}
+
+}  // namespace
+
+ChargeBalance ChargeBalance::of(const Analysis& a) {
+    ChargeBalance b;
+    b.unit_ = a.unit;
+    b.unitName_ = UnitNames::chargeName(a.unit);
+    if (a.elements.empty()) return b;
+    // Carbonate carbon is in "C" as one charge; its second charge is the same amount again.
+    const double carbonateSecondCharge =
+        a.carbonateCarbon > 0.0 ? molarCharge({{"C", a.carbonateCarbon}}, a.unit) : 0.0;
+    b.net_ = molarCharge(a.elements, a.unit) + carbonateSecondCharge;
+    for (const NameValue& e : a.elements) b.total_ += std::abs(molarCharge({e}, a.unit));
+    b.total_ += std::abs(carbonateSecondCharge);
+    return b;
+}
+
+double ChargeBalance::amountToCancel(const std::string& element) const {
+    return getIonAmountToBalanceCharge(element, unit_, net_);
+}
+
+void ChargeBalance::add(Analysis& a, const std::string& element, double amount) {
+    for (NameValue& e : a.elements) {
+        if (e.name != element) continue;
+        if (e.value + amount < 0.0) {
+            throw InputError(a.source + ": balancing with " + element + " would take away " +
+                             NumberText::significant(-amount, 6) + " " +
+                             UnitNames::concentrationName(a.unit) + " but the analysis holds " +
+                             NumberText::significant(e.value, 6) +
+                             "; balance with an ion of the other charge sign");
+        }
+        e.value += amount;
+        return;
+    }
+    if (amount < 0.0) {
+        throw InputError(a.source + ": balancing with " + element + " would need a negative " +
+                         "amount (" + NumberText::significant(amount, 6) +
+                         ") of an ion the analysis does not hold; balance with an ion of the "
+                         "other charge sign");
+    }
+    a.elements.push_back({element, amount});
+}
+
+double ChargeBalance::errorPercent() const { return total_ > 0.0 ? 100.0 * net_ / total_ : 0.0; }
+
+bool ChargeBalance::large() const { return std::abs(errorPercent()) > kLargePercent; }
+
+}  // namespace korvane::Brinecast::cli

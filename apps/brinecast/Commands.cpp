@@ -1,0 +1,248 @@
+#include "brinecast/Commands.h"
+
+#include "brinecast/AnalysisCsvReader.h"
+#include "brinecast/AnalysisJsonReader.h"
+#include "brinecast/BalanceReport.h"
+#include "brinecast/BatchRunner.h"
+#include "brinecast/Calculator.h"
+#include "brinecast/CsvReport.h"
+#include "brinecast/InputError.h"
+#include "brinecast/JsonReport.h"
+#include "brinecast/ProgressBar.h"
+#include "brinecast/NumberText.h"
+#include "brinecast/TableReport.h"
+#include "brinecast/TextTable.h"
+#include "brinecast/UnitNames.h"
+
+#include <cctype>
+#include <cerrno>
+#include <cmath>
+#include <cstring>
+#include <fstream>
+#include <sstream>
+
+namespace korvane::Brinecast::cli {
+namespace {
+
+using Status = AnalysisResult::Status;
+
+AnalysisResult invalid(const std::string& source, const std::string& message) {
+    AnalysisResult r;
+    r.analysis.source = source;
+    r.status = Status::Invalid;
+    r.error = message;
+    return r;
+}
+
+bool endsWith(const std::string& s, const std::string& suffix) {
+    if (s.size() < suffix.size()) return false;
+    for (std::size_t i = 0; i < suffix.size(); ++i) {
+        if (std::tolower(static_cast<unsigned char>(s[s.size() - suffix.size() + i])) != suffix[i]) {
+            return false;
+        }
+    }
+    return true;
+}
+
+void report(std::ostream& err, const std::vector<AnalysisResult>& results) {
+    for (const AnalysisResult& r : results) {
+        if (r.status == Status::Invalid) {
+            err << "brinecast: " << r.error << '\n';
+        } else if (!r.calculated() || r.status == Status::NotClosed) {
+            err << "brinecast: " << r.analysis.source << ": calculation failed: " << r.error
+                << '\n';
+        }
+    }
+}
+
+}  // namespace
+
+std::vector<AnalysisResult> Commands::load(const std::vector<std::string>& files) const {
+    std::vector<AnalysisResult> results;
+    for (const std::string& file : files) {
+        std::ifstream in(file, std::ios::binary);
+        if (!in) {
+            results.push_back(invalid(file, file + ": cannot be read (" + std::strerror(errno) +
+                                                "); check the file name"));
+            continue;
+        }
+        std::ostringstream text;
+        text << in.rdbuf();
+        try {
+            if (endsWith(file, ".csv")) {
+                for (AnalysisCsvReader::Row& row : AnalysisCsvReader(names_).read(text.str(), file)) {
+                    if (row.analysis) {
+                        AnalysisResult r;
+                        r.analysis = std::move(*row.analysis);
+                        results.push_back(std::move(r));
+                    } else {
+                        results.push_back(invalid(file + ":" + std::to_string(row.line), row.error));
+                        results.back().analysis.name = row.name;
+                    }
+                }
+            } else {
+                for (Analysis& a : AnalysisJsonReader(names_).read(text.str(), file)) {
+                    AnalysisResult r;
+                    r.analysis = std::move(a);
+                    results.push_back(std::move(r));
+                }
+            }
+        } catch (const InputError& e) {
+            results.push_back(invalid(file, e.what()));
+        }
+    }
+    return results;
+}
+
+int Commands::status(const std::vector<AnalysisResult>& results) {
+    int worst = kOk;
+    for (const AnalysisResult& r : results) {
+        if (r.status == Status::Invalid) return kBadInput;
+        if (r.status != Status::Ok) worst = kCalculationFailed;
+    }
+    return worst;
+}
+
+std::optional<std::string> Commands::balancingElement(const std::string& ion) const {
+    const std::optional<ComponentNames::Element> e = names_.element(ion);
+    if (!e || e->carbonate) {
+        err_ << "brinecast: \"" << ion << "\" is not an element or ion to balance with; use "
+             << names_.acceptedElements() << " (but not CO3--)\n";
+        return std::nullopt;
+    }
+    return e->name;
+}
+
+std::vector<AnalysisResult> Commands::calculate(const std::vector<std::string>& files,
+                                                const Options& options, int& status) const {
+    std::optional<std::string> element;
+    if (options.balanceWith) {
+        element = balancingElement(*options.balanceWith);
+        if (!element) {
+            status = kBadInput;
+            return {};
+        }
+    }
+    const Calculator calculator(options.engineDirectory, element);
+    std::vector<AnalysisResult> results = load(files);
+    // Densities first, one analysis after another: the engine's first load is not guarded.
+    for (AnalysisResult& r : results) {
+        if (r.status != Status::Invalid) r = calculator.prepare(r.analysis);
+    }
+    ProgressBar bar(err_, options.progress, results.size());
+    BatchRunner::run(
+        results.size(), options.threads, [&](std::size_t i) { calculator.calculate(results[i]); },
+        [&](std::size_t done) { bar.show(done); });
+    bar.finish();
+    status = Commands::status(results);
+    return results;
+}
+
+int Commands::speciate(const std::vector<std::string>& files, const Options& options) {
+    int code = kOk;
+    const std::vector<AnalysisResult> results = calculate(files, options, code);
+    if (results.empty()) return code;
+    if (options.format == "json") {
+        JsonReport::writeSpeciation(out_, results, names_);
+    } else if (options.format == "csv") {
+        CsvReport::write(out_, results, true);
+    } else {
+        TableReport::writeSpeciation(out_, results, names_);
+    }
+    report(err_, results);
+    return code;
+}
+
+int Commands::ph(const std::vector<std::string>& files, const Options& options) {
+    int code = kOk;
+    const std::vector<AnalysisResult> results = calculate(files, options, code);
+    if (results.empty()) return code;
+    if (options.format == "json") {
+        JsonReport::writePH(out_, results);
+    } else if (options.format == "csv") {
+        CsvReport::write(out_, results, false);
+    } else {
+        TableReport::writePH(out_, results);
+    }
+    report(err_, results);
+    return code;
+}
+
+int Commands::batch(const std::string& input, const std::string& output, const Options& options) {
+    std::ofstream file;
+    if (output != "-") {
+        file.open(output, std::ios::binary);
+        if (!file) {
+            err_ << "brinecast: " << output << ": cannot be written (" << std::strerror(errno)
+                 << "); check the directory and permissions\n";
+            return kBadInput;
+        }
+    }
+    int code = kOk;
+    const std::vector<AnalysisResult> results = calculate({input}, options, code);
+    if (results.empty()) return code;
+    CsvReport::write(output == "-" ? out_ : file, results, true);
+    // Row messages are in the result file; a problem with the file as a whole is said here.
+    for (const AnalysisResult& r : results) {
+        if (r.status == Status::Invalid && r.analysis.source == input) err_ << "brinecast: " << r.error << '\n';
+    }
+    std::size_t ok = 0, failed = 0, bad = 0;
+    for (const AnalysisResult& r : results) {
+        (r.status == Status::Ok ? ok : r.status == Status::Invalid ? bad : failed) += 1;
+    }
+    err_ << "brinecast: " << results.size() << " analyses: " << ok << " ok, " << failed
+         << " failed, " << bad << " with invalid input"
+         << (output == "-" ? "" : "; results in " + output) << '\n';
+    return code;
+}
+
+int Commands::balance(const std::string& file, const std::string& ion, const Options& options) {
+    const std::optional<std::string> element = balancingElement(ion);
+    if (!element) return kBadInput;
+    const std::vector<AnalysisResult> loaded = load({file});
+    std::vector<BalanceReport::Entry> entries;
+    for (const AnalysisResult& r : loaded) {
+        if (r.status == Status::Invalid) continue;
+        const ChargeBalance charge = ChargeBalance::of(r.analysis);
+        entries.push_back({r.analysis, charge, charge.amountToCancel(*element)});
+    }
+    if (options.format == "json") {
+        BalanceReport::writeJson(out_, entries, *element);
+    } else {
+        BalanceReport::writeTable(out_, entries, *element, ion, file);
+    }
+    report(err_, loaded);
+    return status(loaded);
+}
+
+int Commands::elements() {
+    const ElementTable& t = names_.table();
+    TextTable elements({"Element", "Reported as", "Molar mass in mg units (g/mol)",
+                        "Lab names accepted"},
+                       {false, false, true, false});
+    for (const ElementTable::Element& e : t.elements()) {
+        if (!names_.element(e.name)) continue;  // water's own H and O
+        std::string lab = e.ionName;
+        for (const ElementTable::NamePair& spread : t.spreadChargeNames()) {
+            const auto named = names_.element(spread.first);
+            if (named && named->name == e.name && spread.first != e.ionName) {
+                lab = spread.first + ", " + lab;
+            }
+        }
+        if (e.name == "C") lab += ", CO3-- (carbonate, converted)";
+        elements.add({e.name, e.ionName, NumberText::exact(e.ionMolarMass), lab});
+    }
+    out_ << "Elements, in the units of the analysis:\n";
+    elements.write(out_, "  ");
+    out_ << "\n  In mg/L and mg/kg an amount of C is counted as bicarbonate (HCO3-, "
+         << NumberText::exact(t.molarMass("C")) << " g/mol)\n  and one of S(6) as sulfate (SO4-2, "
+         << NumberText::exact(t.molarMass("S(6)")) << " g/mol): report them as HCO3- and SO4-- "
+            "masses.\n  Carbonate reported as CO3-- is converted to the same amount of carbon.\n\n";
+    TextTable gases({"Gas", "Counted in element"}, {false, false});
+    for (const ElementTable::NamePair& g : t.gases()) gases.add({g.first, g.second});
+    out_ << "Dissolved gases, always in mol/kgw:\n";
+    gases.write(out_, "  ");
+    return kOk;
+}
+
+}  // namespace korvane::Brinecast::cli

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "database/ElementTable.h"
+
+#include <optional>
+#include <string>
+
+namespace korvane::Brinecast::cli {
+
+/// The names an analysis may give its components: the library's element names, laboratory ion
+/// names ("Ca++", "SO4--", "HCO3-", or counted as "Ca+2"), carbonate as "CO3--", and the gases.
+class ComponentNames {
+public:
+    struct Element {
+        std::string name;        ///< the library's element name
+        bool carbonate = false;  ///< given as CO3--: the amount is carbonate, counted as "C"
+    };
+
+    /// The element `name` stands for, or nothing when the name is not known.
+    std::optional<Element> element(const std::string& name) const;
+    bool isGas(const std::string& name) const;
+    /// The element whose basis species is `basis` ("CO3-2" -> "C"); `basis` itself if none.
+    std::string elementOfBasis(const std::string& basis) const;
+
+    /// Bicarbonate mass (g) that holds the carbon of 1 g of carbonate. The library counts a
+    /// mass of "C" as bicarbonate mass, so a carbonate mass is scaled by this before it is added.
+    double carbonateToBicarbonateMass() const;
+
+    /// For messages: every accepted element and ion name.
+    std::string acceptedElements() const;
+    std::string acceptedGases() const;
+
+    const ElementTable& table() const { return table_; }
+
+private:
+    ElementTable table_;
+};
+
+}  // namespace korvane::Brinecast::cli

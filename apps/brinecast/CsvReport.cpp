@@ -1,0 +1,80 @@
+#include "brinecast/CsvReport.h"
+
+#include "brinecast/NumberText.h"
+#include "brinecast/ResultText.h"
+
+#include <algorithm>
+#include <cmath>
+#include <map>
+
+namespace korvane::Brinecast::cli {
+namespace {
+
+std::string number(double value) { return std::isfinite(value) ? NumberText::exact(value) : ""; }
+
+std::vector<std::string> speciesColumns(const std::vector<AnalysisResult>& results) {
+    std::vector<std::string> names;
+    for (const AnalysisResult& r : results) {
+        for (const SpeciationCheck::Component& c : r.check.components) {
+            for (const SpeciationCheck::Species& s : c.species) {
+                if (std::find(names.begin(), names.end(), s.name) == names.end()) {
+                    names.push_back(s.name);
+                }
+            }
+        }
+    }
+    return names;
+}
+
+}  // namespace
+
+std::string CsvReport::field(const std::string& text) {
+    if (text.find_first_of(",\"\r\n") == std::string::npos) return text;
+    std::string quoted = "\"";
+    for (char c : text) quoted += c == '"' ? std::string("\"\"") : std::string(1, c);
+    return quoted + "\"";
+}
+
+void CsvReport::write(std::ostream& out, const std::vector<AnalysisResult>& results,
+                      bool withSpecies) {
+    const std::vector<std::string> species = withSpecies ? speciesColumns(results)
+                                                         : std::vector<std::string>{};
+    out << "source,name,pH,status,message";
+    if (withSpecies) {
+        out << ",warnings,temperature_K,pressure_Pa,density_g_cm3,density_source,"
+               "charge_balance_error_percent,balanced_with,balancing_amount,"
+               "worst_relative_error";
+        for (const std::string& s : species) out << ',' << field(s + " (mol/kgw)");
+    }
+    out << '\n';
+    for (const AnalysisResult& r : results) {
+        const bool calculated = r.calculated();
+        out << field(r.analysis.source) << ',' << field(r.analysis.name) << ','
+            << (calculated ? number(r.pH) : "") << ',' << field(ResultText::status(r.status))
+            << ',' << field(ResultText::message(r));
+        if (withSpecies) {
+            std::string warnings;
+            for (const std::string& w : r.warnings) warnings += (warnings.empty() ? "" : " ") + w;
+            const bool read = r.status != AnalysisResult::Status::Invalid;
+            out << ',' << field(warnings) << ',' << (read ? number(r.analysis.temperatureK) : "")
+                << ',' << (read ? number(r.analysis.pressurePa) : "") << ','
+                << (read ? number(r.densityGcm3) : "") << ','
+                << (read ? ResultText::densitySource(r.densitySource) : "") << ','
+                << (read ? number(r.charge.errorPercent()) : "") << ','
+                << (r.balancing ? field(r.balancing->element) : "") << ','
+                << (r.balancing ? number(r.balancing->amount) : "") << ','
+                << (calculated ? number(r.check.worstRelativeError()) : "");
+            std::map<std::string, double> molality;
+            for (const SpeciationCheck::Component& c : r.check.components) {
+                for (const SpeciationCheck::Species& s : c.species) molality[s.name] = s.molality;
+            }
+            for (const std::string& s : species) {
+                const auto it = molality.find(s);
+                out << ',' << (calculated && it != molality.end() ? number(it->second) : "");
+            }
+        }
+        out << '\n';
+    }
+}
+
+}  // namespace korvane::Brinecast::cli

@@ -1,0 +1,103 @@
+#include "brinecast/CsvTable.h"
+
+#include "brinecast/InputError.h"
+
+namespace korvane::Brinecast::cli {
+namespace {
+
+std::string trimmed(const std::string& s) {
+    const auto first = s.find_first_not_of(" \t");
+    if (first == std::string::npos) return {};
+    return s.substr(first, s.find_last_not_of(" \t") - first + 1);
+}
+
+bool isBlank(const std::vector<std::string>& fields) {
+    return fields.size() == 1 && fields[0].empty();
+}
+
+/// Reads rows one character at a time; quoted fields may span lines.
+class CsvScanner {
+public:
+    CsvScanner(const std::string& text, const std::string& fileName)
+        : text_(text), fileName_(fileName) {
+        if (text_.compare(0, 3, "\xEF\xBB\xBF") == 0) pos_ = 3;
+    }
+
+    bool next(CsvTable::Row& row) {
+        if (pos_ >= text_.size()) return false;
+        row.line = line_;
+        row.fields.clear();
+        std::string field;
+        bool quoted = false;  // the current field was quoted: keep its blanks
+        while (pos_ < text_.size()) {
+            const char c = text_[pos_++];
+            if (c == '"' && trimmed(field).empty() && !quoted) {
+                field = readQuoted(row.line);
+                quoted = true;
+            } else if (c == ',') {
+                row.fields.push_back(quoted ? field : trimmed(field));
+                field.clear();
+                quoted = false;
+            } else if (c == '\n' || c == '\r') {
+                if (c == '\r' && pos_ < text_.size() && text_[pos_] == '\n') ++pos_;
+                ++line_;
+                break;
+            } else {
+                field += c;
+            }
+        }
+        row.fields.push_back(quoted ? field : trimmed(field));
+        return true;
+    }
+
+private:
+    std::string readQuoted(std::size_t startLine) {
+        std::string value;
+        while (pos_ < text_.size()) {
+            const char c = text_[pos_++];
+            if (c == '"') {
+                if (pos_ < text_.size() && text_[pos_] == '"') {
+                    value += '"';
+                    ++pos_;
+                } else {
+                    return value;
+                }
+            } else {
+                if (c == '\n') ++line_;
+                value += c;
+            }
+        }
+        throw InputError(fileName_ + ":" + std::to_string(startLine) +
+                         ": a quoted field is not closed; end it with a double quote (\")");
+    }
+
+    const std::string& text_;
+    const std::string& fileName_;
+    std::size_t pos_ = 0;
+    std::size_t line_ = 1;
+};
+
+}  // namespace
+
+CsvTable CsvTable::parse(const std::string& text, const std::string& fileName) {
+    CsvTable table;
+    CsvScanner scanner(text, fileName);
+    Row row;
+    bool haveHeader = false;
+    while (scanner.next(row)) {
+        if (isBlank(row.fields)) continue;
+        if (!haveHeader) {
+            table.header_ = row.fields;
+            haveHeader = true;
+        } else {
+            table.rows_.push_back(row);
+        }
+    }
+    if (!haveHeader) {
+        throw InputError(fileName + ": the file is empty; a batch file starts with a header row "
+                                    "naming its columns (name, temperature, ..., Na, Cl, ...)");
+    }
+    return table;
+}
+
+}  // namespace korvane::Brinecast::cli

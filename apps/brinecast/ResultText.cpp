@@ -1,0 +1,29 @@
+#include "brinecast/ResultText.h"
+
+namespace korvane::Brinecast::cli {
+
+std::string ResultText::status(AnalysisResult::Status status) {
+    switch (status) {
+        case AnalysisResult::Status::Ok: return "ok";
+        case AnalysisResult::Status::NotClosed: return "not closed";
+        case AnalysisResult::Status::Failed: return "failed";
+        case AnalysisResult::Status::Invalid: return "invalid input";
+    }
+    return "unknown";
+}
+
+std::string ResultText::densitySource(AnalysisResult::DensitySource source) {
+    switch (source) {
+        case AnalysisResult::DensitySource::Given: return "given";
+        case AnalysisResult::DensitySource::Engine: return "engine";
+        case AnalysisResult::DensitySource::NotNeeded: return "not needed";
+    }
+    return "unknown";
+}
+
+std::string ResultText::message(const AnalysisResult& r) {
+    if (r.hint.empty()) return r.error;
+    return r.error + (r.error.empty() ? "" : " ") + r.hint;
+}
+
+}  // namespace korvane::Brinecast::cli

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "brinecast/AnalysisResult.h"
+
+#include <string>
+
+namespace korvane::Brinecast::cli {
+
+/// The words every report format shares for a result's states and sources.
+class ResultText {
+public:
+    /// "ok", "not closed", "failed", "invalid input".
+    static std::string status(AnalysisResult::Status status);
+    /// "given", "engine", "not needed".
+    static std::string densitySource(AnalysisResult::DensitySource source);
+    /// The error, then the hint, as one message.
+    static std::string message(const AnalysisResult& result);
+};
+
+}  // namespace korvane::Brinecast::cli

@@ -1,0 +1,82 @@
+#include "brinecast/AnalysisCsvReader.h"
+#include "brinecast/InputError.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace bc = korvane::Brinecast;
+using korvane::Brinecast::cli::AnalysisCsvReader;
+using korvane::Brinecast::cli::ComponentNames;
+using korvane::Brinecast::cli::InputError;
+
+namespace {
+
+const ComponentNames& names() {
+    static const ComponentNames n;
+    return n;
+}
+
+std::vector<AnalysisCsvReader::Row> read(const std::string& text) {
+    return AnalysisCsvReader(names()).read(text, "batch.csv");
+}
+
+const std::string kHeader =
+    "name,temperature,temperature_unit,pressure,pressure_unit,density,unit,Na+,Cl-,CO3--,CO2\n";
+
+}  // namespace
+
+TEST(AnalysisCsvReader, EveryRowKeepsItsPlaceAndABadRowCarriesItsError) {
+    const auto rows = read(kHeader +
+                           "A,25,°C,1,bar,,mg/L,100,154,,0.01\n"
+                           "B,298.15,K,14.7,psi,1.01,mmol/kgw,1,1,0.5,\n"
+                           "C,25,°C,1,bar,,mg/L,1O0,154,,\n"
+                           "D,25,°C,1,bar,,mg/L,100\n"
+                           "E,,°C,1,bar,,mg/L,100,154,,\n"
+                           "F,25,°C,1,bar,,mg/L,100,-1,,\n");
+    ASSERT_EQ(rows.size(), 6u);
+    ASSERT_TRUE(rows[0].analysis);
+    EXPECT_EQ(rows[0].analysis->name, "A");
+    EXPECT_EQ(rows[0].analysis->elements.size(), 2u);  // empty carbonate cell: absent
+    EXPECT_EQ(rows[0].analysis->gases.size(), 1u);
+    EXPECT_EQ(rows[0].analysis->densityGcm3, 0.0);
+    ASSERT_TRUE(rows[1].analysis);
+    EXPECT_EQ(rows[1].analysis->unit, bc::MmolPerKgw);
+    EXPECT_EQ(rows[1].analysis->elements[2].name, "C");
+    EXPECT_EQ(rows[1].analysis->source, "batch.csv:3");
+
+    const std::pair<std::size_t, const char*> errors[] = {
+        {2, "batch.csv:4: column \"Na+\": \"1O0\" is not a number"},
+        {3, "batch.csv:5: row: has 8 fields where the header has 11"},
+        {4, "batch.csv:6: temperature: missing"},
+        {5, "batch.csv:7: column \"Cl-\": the amount of Cl- is negative (-1)"},
+    };
+    for (const auto& [index, message] : errors) {
+        EXPECT_FALSE(rows[index].analysis);
+        EXPECT_EQ(rows[index].name, std::string(1, static_cast<char>('A' + index)));
+        EXPECT_EQ(rows[index].error.rfind(message, 0), 0u) << rows[index].error;
+        EXPECT_EQ(rows[index].line, index + 2);
+    }
+}
+
+TEST(AnalysisCsvReader, HeaderProblemsRefuseTheWholeFile) {
+    struct Case { std::string text; const char* message; };
+    const Case cases[] = {
+        {"", "batch.csv: the file is empty"},
+        {kHeader, "batch.csv: the file has a header but no rows"},
+        {"name,temperature,temperature_unit,pressure,pressure_unit,unit,Xy\nA,1,K,1,Pa,mg/L,1\n",
+         "batch.csv:1: column \"Xy\" is not a known column, element or ion"},
+        {"temperature,temperature_unit,pressure,pressure_unit,unit,Ca,Ca++\n1,K,1,Pa,mg/L,1,1\n",
+         "batch.csv:1: column \"Ca++\" gives Ca a second time (first in column \"Ca\")"},
+        {"temperature,temperature_unit,pressure,unit,Na\n1,K,1,mg/L,1\n",
+         "batch.csv:1: there is no column \"pressure_unit\""},
+    };
+    for (const Case& c : cases) {
+        try {
+            read(c.text);
+            ADD_FAILURE() << "accepted: " << c.text;
+        } catch (const InputError& e) {
+            EXPECT_EQ(std::string(e.what()).rfind(c.message, 0), 0u) << e.what();
+        }
+    }
+}

@@ -1,0 +1,38 @@
+#include "brinecast/BatchRunner.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <stdexcept>
+#include <vector>
+
+using korvane::Brinecast::cli::BatchRunner;
+
+TEST(BatchRunner, EveryItemIsWorkedOnceAndProgressEndsAtTheCount) {
+    for (unsigned threads : {0u, 1u, 3u, 64u}) {
+        std::vector<int> worked(257, 0);
+        std::size_t last = 0;
+        BatchRunner::run(worked.size(), threads, [&](std::size_t i) { worked[i] += 1; },
+                         [&](std::size_t done) {
+                             EXPECT_GE(done, last);
+                             last = done;
+                         });
+        EXPECT_EQ(last, worked.size()) << threads;
+        EXPECT_EQ(std::count(worked.begin(), worked.end(), 1), 257) << threads;
+    }
+    bool called = false;
+    BatchRunner::run(0, 0, [](std::size_t) { FAIL(); }, [&](std::size_t done) { called = done == 0; });
+    EXPECT_TRUE(called);
+}
+
+TEST(BatchRunner, AnEscapingExceptionStopsTheRunAndIsThrownAgain) {
+    std::atomic<std::size_t> started{0};
+    EXPECT_THROW(BatchRunner::run(10000, 4,
+                                  [&](std::size_t i) {
+                                      ++started;
+                                      if (i == 5) throw std::runtime_error("row 5");
+                                  },
+                                  [](std::size_t) {}),
+                 std::runtime_error);
+    EXPECT_LT(started.load(), 10000u);
+}
