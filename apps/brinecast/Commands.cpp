@@ -123,7 +123,7 @@ std::vector<AnalysisResult> Commands::calculate(const std::vector<std::string>& 
             return {};
         }
     }
-    const Calculator calculator(options.engineDirectory, element);
+    const Calculator calculator(options.engineDirectory, element, options.method);
     std::vector<AnalysisResult> results = load(files);
     // Densities first, one analysis after another: the engine's first load is not guarded.
     for (AnalysisResult& r : results) {

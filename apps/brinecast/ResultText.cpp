@@ -26,4 +26,9 @@ std::string ResultText::message(const AnalysisResult& r) {
     return r.error + (r.error.empty() ? "" : " ") + r.hint;
 }
 
+std::string ResultText::solver(const Diagnostics& d) {
+    if (d.method == Method::Specified) return "specified";
+    return d.fellBack ? "robust after specified" : "robust";
+}
+
 }  // namespace korvane::Brinecast::cli

@@ -213,6 +213,35 @@ TEST(Program, AFailedCalculationExitsWith1AndSaysWhatToTry) {
                         scratch).status, 0);
 }
 
+// 3.8 mol/kgw NaCl with calcium at 125 °C: the specified solver loses its digits, Auto does not.
+TEST(Program, HypersalineBrinesAreSolvedByTheRobustSolverUnlessTheSpecifiedOneIsAskedFor) {
+    ScratchDirectory scratch;
+    const std::string file = scratch.write("hypersaline.json", R"({"name": "hypersaline",
+      "temperature": {"value": 125, "unit": "°C"}, "pressure": {"value": 50, "unit": "bar"},
+      "unit": "mol/kgw", "elements": {"Na+": 3.8, "Ca++": 0.2, "Cl-": 4.2}})");
+    const ProgramRun automatic = brinecast("speciate --format json " + file, scratch);
+    EXPECT_EQ(automatic.status, 0) << automatic.err;
+    const rapidjson::Document d = parsed(automatic.out);
+    const rapidjson::Value& solver = d["analyses"][0]["solver"];
+    EXPECT_STREQ(solver["method"].GetString(), "robust after specified");
+    EXPECT_TRUE(solver["converged"].GetBool());
+    EXPECT_LE(solver["massBalanceError"].GetDouble(), 1e-10);
+    EXPECT_TRUE(d["analyses"][0]["check"]["closed"].GetBool());
+    EXPECT_TRUE(has(brinecast("speciate " + file, scratch).out, "Solver          robust after specified, "));
+    const auto rows = csvRows(brinecast("--method robust speciate --format csv " + file, scratch).out);
+    ASSERT_EQ(rows.size(), 2u);
+    std::size_t column = 0;
+    while (column < rows[0].size() && rows[0][column] != "solver") ++column;
+    ASSERT_LT(column, rows[1].size());
+    EXPECT_EQ(rows[1][column], "robust");
+
+    const ProgramRun specified = brinecast("--method specified speciate " + file, scratch);
+    EXPECT_EQ(specified.status, 1);
+    EXPECT_TRUE(has(specified.out, "Solver          specified, ")) << specified.out;
+    EXPECT_TRUE(has(specified.out, "NOT converged")) << specified.out;
+    EXPECT_EQ(brinecast("--method fastest speciate " + file, scratch).status, 2);
+}
+
 TEST(Program, BalanceFindsTheCancellingAmountAndSpeciateCanApplyIt) {
     ScratchDirectory scratch;
     const std::string file = scratch.write("a.json", kUnbalanced);
