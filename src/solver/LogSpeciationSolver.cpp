@@ -93,8 +93,8 @@ void LogSpeciationSolver::selectUnknowns(const SpeciationSystem& system, const V
         for (std::size_t j = 1; j < basisCount_ && takesPart; ++j) {
             if (a[j] == 0.0) continue;
             takesPart = unknownOf[j] >= 0;
-            const double rounded = std::round(a[j]);
-            const bool whole = rounded == a[j] && std::fabs(rounded) <= kLargestPower;
+            const bool whole = std::fabs(a[j]) <= kLargestPower && a[j] == static_cast<int>(a[j]);
+            const int rounded = whole ? static_cast<int>(a[j]) : 0;
             const auto unknown = static_cast<std::uint32_t>(unknownOf[j]);
             const std::uint32_t power =
                 whole ? static_cast<std::uint32_t>(unknown * kPowerColumns + rounded + kLargestPower) : kNoPower;

@@ -75,6 +75,8 @@ SpeciationSystem ReactionIndex::select(const std::vector<std::string>& basisName
     system.basisCount = basisCount;
     std::vector<std::size_t> picked;  // record numbers
     std::vector<std::uint32_t> formed;
+    picked.reserve(records_.size());
+    formed.reserve(records_.size());
     std::size_t masters = 0;
     for (std::size_t r = 0; r < records_.size(); ++r) {
         const Term* terms = terms_.data() + records_[r].firstTerm;

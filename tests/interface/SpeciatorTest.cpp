@@ -79,9 +79,12 @@ const Input& brineNamed(const std::string& name) {
 }  // namespace
 
 TEST(Speciator, SpecifiedIsRunToTheBitAndReportsItsIterations) {
-    std::vector<Input> inputs = brinecast_test::randomBrines(60, 11);
+    std::vector<Input> inputs;
     for (const auto& brine : brinecast_test::loadBrines(BRINECAST_TEST_BRINES, "/no/engine/needed")) inputs.push_back(brine.input);
-    for (const Input& input : inputs) {
+    const std::size_t catalogue = inputs.size();
+    for (const Input& input : brinecast_test::randomBrines(30, 11)) inputs.push_back(input);
+    for (std::size_t i = 0; i < inputs.size(); ++i) {
+        const Input& input = inputs[i];
         Output expected;
         try {
             expected = run(input);
@@ -90,7 +93,8 @@ TEST(Speciator, SpecifiedIsRunToTheBitAndReportsItsIterations) {
         }
         const Result shared = speciator().speciate(input, using_(Method::Specified));
         expectIdentical(shared.output, expected, "Speciator");
-        expectIdentical(speciate(input, using_(Method::Specified)).output, expected, "speciate");
+        // The free function parses the reaction data per call, as run does: a few suffice.
+        if (i < catalogue) expectIdentical(speciate(input, using_(Method::Specified)).output, expected, "speciate");
         EXPECT_EQ(shared.diagnostics.method, Method::Specified);
         EXPECT_GT(shared.diagnostics.iterations, 0u);
     }
