@@ -32,10 +32,10 @@ constexpr double groupCoefficientThreshold = 1e-8;
 double atLeastSmallestScale(double value) { return value * scaleFactor < smallestScale ? smallestScale : value * scaleFactor; }
 
 /// Descending molality; a NaN sorts after every number, so the order stays strict and weak.
-bool largerMolality(const NameValue& a, const NameValue& b) {
-    if (std::isnan(a.value)) return false;
-    if (std::isnan(b.value)) return true;
-    return a.value > b.value;
+bool largerMolality(double a, double b) {
+    if (std::isnan(a)) return false;
+    if (std::isnan(b)) return true;
+    return a > b;
 }
 
 }  // namespace
@@ -113,26 +113,27 @@ std::vector<SpeciesGroup> groupSpecies(const std::vector<std::string>& basisName
                                        const std::vector<const std::string*>& speciesNames,
                                        const std::vector<double>& coefficients, const double* molalities) {
     const std::size_t basisCount = basisNames.size();
-    const std::size_t speciesCount = speciesNames.size();
-    const auto belongs = [&](std::size_t j, std::size_t k) {
-        return std::fabs(coefficients[k * basisCount + j]) > groupCoefficientThreshold;
-    };
-    std::vector<SpeciesGroup> groups(basisCount > 2 ? basisCount - 2 : 0);
-    std::vector<std::size_t> sizes(groups.size(), 0);
-    for (std::size_t k = 0; k < speciesCount; ++k) {
-        for (std::size_t j = 2; j < basisCount; ++j) sizes[j - 2] += belongs(j, k);
-    }
-    for (std::size_t g = 0; g < groups.size(); ++g) {
-        groups[g].basisName = basisNames[g + 2];
-        groups[g].species.reserve(sizes[g]);
-    }
-    // Species by species, so that every group lists its species in species order.
-    for (std::size_t k = 0; k < speciesCount; ++k) {
+    const std::size_t groupCount = basisCount > 2 ? basisCount - 2 : 0;
+    // Species numbers per group, species by species so that each group starts in species order.
+    std::vector<std::vector<std::uint32_t>> members(groupCount);
+    for (std::size_t k = 0; k < speciesNames.size(); ++k) {
+        const double* a = coefficients.data() + k * basisCount;
         for (std::size_t j = 2; j < basisCount; ++j) {
-            if (belongs(j, k)) groups[j - 2].species.push_back({*speciesNames[k], molalities[k]});
+            if (std::fabs(a[j]) > groupCoefficientThreshold) members[j - 2].push_back(static_cast<std::uint32_t>(k));
         }
     }
-    for (SpeciesGroup& group : groups) std::sort(group.species.begin(), group.species.end(), largerMolality);
+    // Sorting the numbers makes the same comparisons, and so the same order, as sorting the
+    // entries themselves, without moving a name.
+    const auto larger = [molalities](std::uint32_t a, std::uint32_t b) {
+        return largerMolality(molalities[a], molalities[b]);
+    };
+    std::vector<SpeciesGroup> groups(groupCount);
+    for (std::size_t g = 0; g < groupCount; ++g) {
+        std::sort(members[g].begin(), members[g].end(), larger);
+        groups[g].basisName = basisNames[g + 2];
+        groups[g].species.reserve(members[g].size());
+        for (std::uint32_t k : members[g]) groups[g].species.push_back({*speciesNames[k], molalities[k]});
+    }
     return groups;
 }
 
