@@ -77,22 +77,25 @@ Result robustResult(const ProcessedInput& processed, const SpeciesModel& model, 
     return result;
 }
 
+void checkOptions(const SolveOptions& options) {
+    if (options.method != Method::Specified && options.method != Method::Robust && options.method != Method::Auto) {
+        throw std::invalid_argument("Unknown solve method " + std::to_string(static_cast<int>(options.method)) +
+                                    "; use Method::Specified, Method::Robust or Method::Auto.");
+    }
+    if (!(options.tolerance > 0.0) || !std::isfinite(options.tolerance)) {
+        throw std::invalid_argument("SolveOptions::tolerance is " + std::to_string(options.tolerance) +
+                                    "; it must be a positive number, for example 1e-10.");
+    }
+}
+
 }  // namespace
 
 Result speciateWith(const Input& input, const SpeciesModel& model, const ReactionIndex& index,
                     const SolveOptions& options) {
+    checkOptions(options);
     const ProcessedInput processed = processInput(input, model);
-    switch (options.method) {
-    case Method::Specified:
-        return specifiedResult(processed, model, options.tolerance);
-    case Method::Robust:
-        return robustResult(processed, model, index, options);
-    case Method::Auto:
-        break;
-    default:
-        throw std::invalid_argument("Unknown solve method " + std::to_string(static_cast<int>(options.method)) +
-                                    "; use Method::Specified, Method::Robust or Method::Auto.");
-    }
+    if (options.method == Method::Specified) return specifiedResult(processed, model, options.tolerance);
+    if (options.method == Method::Robust) return robustResult(processed, model, index, options);
     try {
         Result specified = specifiedResult(processed, model, options.tolerance);
         if (specified.diagnostics.converged) return specified;

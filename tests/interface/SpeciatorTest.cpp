@@ -127,6 +127,20 @@ TEST(Speciator, InputErrorsAreThrownAsRunThrowsThemWhateverTheMethod) {
     }
 }
 
+TEST(Speciator, OptionsThatMeanNothingAreRefusedNamingTheValue) {
+    const Input seawater = molal({{"Na", 0.5}, {"Cl", 0.5}}, 298.15);
+    for (double tolerance : {0.0, -1e-10, std::nan("")}) {
+        SolveOptions options;
+        options.tolerance = tolerance;
+        EXPECT_THROW(speciator().speciate(seawater, options), std::invalid_argument) << tolerance;
+    }
+    SolveOptions unknown;
+    unknown.method = static_cast<Method>(7);
+    EXPECT_EQ(failureOf([&] { speciator().speciate(seawater, unknown); }),
+              std::string(typeid(std::invalid_argument).name()) +
+                  ": Unknown solve method 7; use Method::Specified, Method::Robust or Method::Auto.");
+}
+
 TEST(Speciator, BrinesRunCannotSolveSucceedWithAutoAndSayRobust) {
     for (const auto& [name, input] : brinesRunCannotSolve()) {
         SCOPED_TRACE(name);
