@@ -62,8 +62,8 @@ Speciation::Speciation(Speciation&&) noexcept = default;
 Speciation& Speciation::operator=(Speciation&&) noexcept = default;
 Speciation::~Speciation() = default;
 
-SolverReport solveSpecified(const ProcessedInput& processed, const SpeciesModel& model, Speciation& speciation,
-                            bool stopOnNaN) {
+PreparedSpeciation prepareSpeciation(const ProcessedInput& processed, const SpeciesModel& model,
+                                     Speciation& speciation) {
     speciation.basisNames = processed.basisNames;
     speciation.totals = processed.totals;
     const double temperatureK = processed.input.temperature;
@@ -72,14 +72,31 @@ SolverReport solveSpecified(const ProcessedInput& processed, const SpeciesModel&
         std::make_unique<BasisReactionSet>(model.reactions, speciation.basisNames, temperatureK);
     speciation.equationMaker = std::make_unique<ChargeBalanceEquationMaker>(
         *speciation.basisReactionSet, speciation.basisNames, speciation.totals, model);
+    ValueArray guess = initialGuess(speciation.totals, basisCount);
+    const SolverScales scales = solverScales(guess, speciation.totals, basisCount);
+    return {std::move(guess), scales};
+}
 
-    ValueArray x = initialGuess(speciation.totals, basisCount);
-    const SolverScales scales = solverScales(x, speciation.totals, basisCount);
-    const ChargeBalanceEquationMaker& equations = *speciation.equationMaker;
-    const tools::ResidualFunction residuals = [&equations](const ValueArray& unknowns, ValueArray& out) {
-        equations.evaluate(unknowns, out);
-    };
+PreparedSpeciation prepareSpeciation(const Input& input, SpeciesModel& model) {
+    Speciation speciation;
+    PreparedSpeciation prepared = prepareSpeciation(processInput(input, model), model, speciation);
+    model.basisNames = std::move(speciation.basisNames);
+    model.basisReactionSet = std::move(speciation.basisReactionSet);
+    model.equationMaker = std::move(speciation.equationMaker);
+    return prepared;
+}
 
+void storeSolution(ValueArray& solution, std::size_t basisCount, double waterAmount, const ValueArray& x) {
+    if (solution.size() != basisCount) solution = ValueArray(basisCount);
+    solution[0] = waterAmount;  // mol of water per kg of water
+    for (std::size_t k = 0; k + 1 < basisCount; ++k) solution[k + 1] = x[k];
+}
+
+void storeSolution(SpeciesModel& model, const ValueArray& x) {
+    storeSolution(model.solution, model.basisNames.size(), model.equationMaker->totals()[0], x);
+}
+
+tools::NewtonSettings runSolverSettings(const SolverScales& scales) {
     tools::NewtonSettings settings;
     settings.trials = trialLimit;
     settings.stepTolerance = stepTolerance;
@@ -88,25 +105,39 @@ SolverReport solveSpecified(const ProcessedInput& processed, const SpeciesModel&
     settings.residualTolerance = residualTolerance;
     settings.maxRelativeStep = maxRelativeStep;
     settings.jacobianScale = scales.jacobianScale;
-    settings.stopOnNaN = stopOnNaN;
-    const tools::NewtonOutcome outcome = tools::NewtonRaphsonEstimatedJacobian().iterate(residuals, x, settings);
-
-    speciation.solution = ValueArray(basisCount);
-    speciation.solution[0] = speciation.totals[0];
-    for (std::size_t k = 0; k + 1 < basisCount; ++k) speciation.solution[k + 1] = x[k];
-    return {outcome.iterations, outcome.residualNorm, scales.residualBound, outcome.ending};
+    return settings;
 }
 
 SolverReport solveSpeciation(const Input& input, SpeciesModel& model) {
-    Speciation speciation;
-    const SolverReport report = solveSpecified(processInput(input, model), model, speciation, false);
-    model.basisNames = std::move(speciation.basisNames);
-    model.basisReactionSet = std::move(speciation.basisReactionSet);
-    model.equationMaker = std::move(speciation.equationMaker);
-    if (report.ending == tools::NewtonEnding::TrialLimit)
-        throw KorvaneError("Number of trials exceeded without finding a solution.");
-    model.solution = std::move(speciation.solution);
+    PreparedSpeciation prepared = prepareSpeciation(input, model);
+    const ChargeBalanceEquationMaker& equations = *model.equationMaker;
+    const tools::ResidualFunction residuals = [&equations](const ValueArray& unknowns, ValueArray& out) {
+        equations.evaluate(unknowns, out);
+    };
+    const tools::NewtonSettings s = runSolverSettings(prepared.scales);
+    SolverReport report;
+    report.residualBound = s.residualBound;
+    std::uint64_t trials = s.trials;
+    tools::NewtonRaphsonEstimatedJacobian solver;
+    solver.solve(residuals, trials, prepared.guess, s.stepTolerance, s.staleLimit, s.residualBound,
+                 s.residualTolerance, &report.residualNorm, s.maxRelativeStep, s.jacobianScale);
+    report.iterations = trials;
+    storeSolution(model, prepared.guess);
     return report;
+}
+
+SolverReport solveSpecified(const ProcessedInput& processed, const SpeciesModel& model, Speciation& speciation,
+                            bool stopOnNaN) {
+    PreparedSpeciation prepared = prepareSpeciation(processed, model, speciation);
+    const ChargeBalanceEquationMaker& equations = *speciation.equationMaker;
+    const tools::ResidualFunction residuals = [&equations](const ValueArray& unknowns, ValueArray& out) {
+        equations.evaluate(unknowns, out);
+    };
+    tools::NewtonSettings settings = runSolverSettings(prepared.scales);
+    settings.stopOnNaN = stopOnNaN;
+    const tools::NewtonOutcome outcome = tools::NewtonRaphsonEstimatedJacobian().iterate(residuals, prepared.guess, settings);
+    storeSolution(speciation.solution, speciation.basisNames.size(), equations.totals()[0], prepared.guess);
+    return {outcome.iterations, outcome.residualNorm, settings.residualBound, outcome.ending};
 }
 
 std::vector<SpeciesGroup> groupSpecies(const std::vector<std::string>& basisNames,

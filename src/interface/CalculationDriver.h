@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tools/NewtonEnding.h"
+#include "tools/NewtonSettings.h"
 #include "tools/ValueArray.h"
 
 #include <korvane/Brinecast.h>
@@ -62,16 +63,39 @@ ValueArray initialGuess(const ValueArray& totals, std::size_t basisCount);
 /// Scales from the starting point and the totals of basis names 1..N-1.
 SolverScales solverScales(const ValueArray& guess, const ValueArray& totals, std::size_t basisCount);
 
-/// The calculation up to the solution: processes `input`, builds the basis reaction set and the
-/// equations, solves them and leaves basis names, reaction set, equation maker and solution in
-/// `model` (replacing what it held). Does not judge convergence; only exceptions stop it.
+/// The starting point and scales of a calculation prepared in a model.
+struct PreparedSpeciation {
+    ValueArray guess;  ///< free molalities (mol/kgw) of basis names 1..N-1
+    SolverScales scales;
+};
+
+/// Everything before the solver: processes `input`, stores basis names, basis reaction set and
+/// equation maker in `model` (replacing what it held), and returns the start and the scales.
+PreparedSpeciation prepareSpeciation(const Input& input, SpeciesModel& model);
+
+/// The same after input processing, into `speciation`; `model` is only read.
+PreparedSpeciation prepareSpeciation(const ProcessedInput& processed, const SpeciesModel& model,
+                                     Speciation& speciation);
+
+/// The Newton settings of `run`: 1000 trials, step and residual tolerances 1e-18, 5 stale
+/// iterations, relative step limit 0.5, and the two scales.
+tools::NewtonSettings runSolverSettings(const SolverScales& scales);
+
+/// Stores the solved unknowns `x` in the model's solution, behind the moles of water per kg.
+void storeSolution(SpeciesModel& model, const ValueArray& x);
+
+/// `solution` becomes `waterAmount` (mol per kg of water) followed by the first basisCount - 1
+/// entries of `x`.
+void storeSolution(ValueArray& solution, std::size_t basisCount, double waterAmount, const ValueArray& x);
+
+/// The calculation up to the solution: prepareSpeciation, the Newton solver with the fixed
+/// settings of `run`, storeSolution. Does not judge convergence; only exceptions stop it.
 SolverReport solveSpeciation(const Input& input, SpeciesModel& model);
 
-/// The steps of `solveSpeciation` after input processing, on an input processed against `model`
-/// (only read): builds the basis reaction set and equations into `speciation`, iterates from the
-/// initial guess and keeps the point where the iteration ended as the solution. Reports the
-/// trial limit in `ending` instead of throwing; with `stopOnNaN` the iteration ends as soon as
-/// the residual norm is NaN, which it never leaves.
+/// The same steps on an input processed against `model` (only read), into `speciation`: the
+/// point where the iteration ended becomes the solution, and the trial limit is reported in
+/// `ending` instead of thrown. With `stopOnNaN` the iteration ends as soon as the residual norm
+/// is NaN, which it never leaves.
 SolverReport solveSpecified(const ProcessedInput& processed, const SpeciesModel& model, Speciation& speciation,
                             bool stopOnNaN);
 

@@ -35,6 +35,15 @@ ChargeBalanceEquationMaker::ChargeBalanceEquationMaker(const BasisReactionSet& r
     charges_.assign(reactions.charges().begin(), reactions.charges().end());
     coefficients_ = reactions.coefficients();
 
+    indexNonZeroCoefficients();
+
+    logActivities_.assign(basisCount_, 0.0);
+    previousUnknowns_.assign(basisCount_ - 1, 0.0);
+    changed_.assign(basisCount_, 1);
+    molalities_.assign(speciesCount_, 0.0);
+}
+
+void ChargeBalanceEquationMaker::indexNonZeroCoefficients() {
     speciesTermStart_.push_back(0);
     for (std::size_t k = 0; k < speciesCount_; ++k) {
         for (std::size_t j = 0; j < basisCount_; ++j) {
@@ -55,11 +64,6 @@ ChargeBalanceEquationMaker::ChargeBalanceEquationMaker(const BasisReactionSet& r
         }
         balanceTermStart_.push_back(static_cast<std::uint32_t>(balanceTermSpecies_.size()));
     }
-
-    logActivities_.assign(basisCount_, 0.0);
-    previousUnknowns_.assign(basisCount_ - 1, 0.0);
-    changed_.assign(basisCount_, 1);
-    molalities_.assign(speciesCount_, 0.0);
 }
 
 bool ChargeBalanceEquationMaker::computeMolalitiesDense() const {

@@ -33,7 +33,7 @@ public:
     ChargeBalanceEquationMaker(const BasisReactionSet& reactions, std::vector<std::string> basisNames,
                                ValueArray totals, const SpeciesModel& model);
 
-    /// Residuals at the free molalities `x`; `residuals` is resized to x.size() entries.
+    /// Residuals at the free molalities `x` (N-1 of them); `residuals` is resized to N-1 entries.
     void evaluate(const ValueArray& x, ValueArray& residuals) const;
     /// The same residuals in a new array.
     ValueArray operator()(const ValueArray& x) const;
@@ -52,8 +52,11 @@ public:
     double waterAmount() const { return waterAmount_; }
 
 private:
-    /// Fills molalities_ from logActivities_; false when a molality is not finite.
+    void indexNonZeroCoefficients();
+    /// Fills molalities_ from logActivities_, recomputing only species whose logarithms changed;
+    /// false when a molality is not finite.
     bool computeMolalities() const;
+    /// Every species by the plain sums over all basis names (any logarithm not finite).
     bool computeMolalitiesDense() const;
     void massAndChargeBalances(bool molalitiesFinite, double* residuals) const;
 

@@ -68,6 +68,10 @@ TEST(CalculationDriver, StartsAtTheSmallerOfOneCentimolalAndTheTotalWithScalesFl
             EXPECT_DOUBLE_EQ(scales.residualBound, c.residualBound);
         }
     }
+    const korvane::tools::NewtonSettings s = runSolverSettings({1e-15, 2e-15});
+    EXPECT_EQ(std::vector<double>({double(s.trials), s.stepTolerance, double(s.staleLimit), s.residualBound,
+                                   s.residualTolerance, s.maxRelativeStep, s.jacobianScale}),
+              std::vector<double>({1000, 1e-18, 5, 2e-15, 1e-18, 0.5, 1e-15}));
 }
 
 // pH of textbook waters with ideal activities.
