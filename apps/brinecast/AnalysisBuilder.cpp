@@ -147,10 +147,11 @@ Analysis AnalysisBuilder::build() const {
         if (e.hasCarbonate && carbonate > 0.0) {
             a.carbonateCarbon = carbonate;
             if (mass) {
-                a.notes.push_back("CO3-- " + NumberText::exact(e.carbonate) + " " +
-                                  UnitNames::concentrationName(a.unit) + " counted as C " +
-                                  NumberText::significant(carbonate, 6) +
-                                  " (the same carbon as bicarbonate mass)");
+                const std::string unit = UnitNames::concentrationName(a.unit);
+                a.notes.push_back("CO3-- " + NumberText::exact(e.carbonate) + " " + unit +
+                                  " counted as C " + NumberText::significant(carbonate, 6) + " " +
+                                  unit + ": the same carbon, as the bicarbonate mass the "
+                                         "library counts C in");
             }
         }
     }

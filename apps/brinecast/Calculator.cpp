@@ -69,9 +69,20 @@ Input Calculator::input(const Analysis& a, double densityGcm3) const {
     return in;
 }
 
-AnalysisResult Calculator::prepare(const Analysis& analysis) const {
-    AnalysisResult r;
-    r.analysis = analysis;
+bool Calculator::needsEngine(const std::vector<AnalysisResult>& results) {
+    for (const AnalysisResult& r : results) {
+        const Analysis& a = r.analysis;
+        if (r.status != Status::Invalid && a.densityGcm3 <= 0.0 && !a.elements.empty() &&
+            UnitNames::isPerLitre(a.unit)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool Calculator::loadEngine() const { return EngineDensity::load(engineDirectory_); }
+
+void Calculator::prepare(AnalysisResult& r) const {
     try {
         if (balanceWith_) {
             const ChargeBalance before = ChargeBalance::of(r.analysis);
@@ -82,10 +93,10 @@ AnalysisResult Calculator::prepare(const Analysis& analysis) const {
         r.charge = ChargeBalance::of(r.analysis);
         if (r.charge.large()) r.warnings.push_back(imbalanceWarning(r.charge));
 
-        if (analysis.densityGcm3 > 0.0) {
-            r.densityGcm3 = analysis.densityGcm3;
+        if (r.analysis.densityGcm3 > 0.0) {
+            r.densityGcm3 = r.analysis.densityGcm3;
             r.densitySource = DensitySource::Given;
-        } else if (!r.analysis.elements.empty() && UnitNames::isPerLitre(analysis.unit)) {
+        } else if (!r.analysis.elements.empty() && UnitNames::isPerLitre(r.analysis.unit)) {
             r.densitySource = DensitySource::Engine;
             r.densityGcm3 = engineDensity(r);
         } else {
@@ -98,13 +109,14 @@ AnalysisResult Calculator::prepare(const Analysis& analysis) const {
     } catch (const std::exception& e) {
         fail(r, Status::Failed, e.what(), hintFor(e.what()));
     }
-    return r;
 }
 
 void Calculator::calculate(AnalysisResult& r) const {
+    if (r.status == Status::Invalid) return;
+    prepare(r);
     if (r.status != Status::Ok) return;
-    // A density the engine computed is handed over as given, so that the calculation itself
-    // never calls the engine: that keeps concurrent calculations off its unguarded state.
+    // A density the engine computed is handed over as given: the calculation does not ask the
+    // engine twice, and the density reported is the one used.
     const Input in = input(r.analysis, r.densitySource == DensitySource::NotNeeded ? 0.0
                                                                                   : r.densityGcm3);
     try {

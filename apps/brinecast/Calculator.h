@@ -6,12 +6,13 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace korvane::Brinecast::cli {
 
-/// Runs the library on analyses and checks what it returns. Work is split in two so that
-/// many analyses can be solved at once: `prepare` may load the engine library and must run on
-/// one thread; `calculate` touches nothing shared and may run on many.
+/// Runs the library on analyses and checks what it returns. Many analyses may be calculated at
+/// once, on several threads, provided the engine library was loaded first (`loadEngine`): its
+/// first load is not guarded against other threads.
 class Calculator {
 public:
     /// `engineDirectory` holds the engine library (kvpvt64.dll); `balanceWith` names the element
@@ -20,9 +21,14 @@ public:
     Calculator(std::string engineDirectory, std::optional<std::string> balanceWith,
                Method method = Method::Auto);
 
-    /// Adds the balancing ion, takes the charge balance and settles the density.
-    AnalysisResult prepare(const Analysis& analysis) const;
-    /// Calculates a prepared result in place, unless preparing it failed.
+    /// True when some analysis' density is for the engine to compute.
+    static bool needsEngine(const std::vector<AnalysisResult>& results);
+    /// Loads the engine library once for the process; false when it cannot be loaded, and then
+    /// analyses that need it must be calculated one after another.
+    bool loadEngine() const;
+
+    /// Adds the balancing ion, takes the charge balance, settles the density, runs the library
+    /// and checks its result. A result already marked invalid is left as it is.
     void calculate(AnalysisResult& result) const;
 
     /// The library's input for an analysis.
@@ -32,6 +38,7 @@ public:
     static std::string hintFor(const std::string& message);
 
 private:
+    void prepare(AnalysisResult& result) const;
     /// NaN, with the result marked failed, when the engine cannot give it.
     double engineDensity(AnalysisResult& result) const;
 

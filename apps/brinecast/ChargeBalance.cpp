@@ -4,6 +4,9 @@
 #include "brinecast/NumberText.h"
 #include "brinecast/UnitNames.h"
 
+#include "database/ElementTable.h"
+#include "interface/ChargeName.h"
+
 #include <korvane/Brinecast.h>
 
 #include <cmath>
@@ -17,6 +20,11 @@ double molarCharge(const std::vector<NameValue>& values, ConcentUnit unit) {
     return getMolarCharge(list);
 }
 
+bool isCation(const std::string& element) {
+    static const ElementTable table;
+    return parseCharge(table.ionName(element)) > 0;
+}
+
 }  // namespace
 
 ChargeBalance ChargeBalance::of(const Analysis& a) {
@@ -28,8 +36,10 @@ ChargeBalance ChargeBalance::of(const Analysis& a) {
     const double carbonateSecondCharge =
         a.carbonateCarbon > 0.0 ? molarCharge({{"C", a.carbonateCarbon}}, a.unit) : 0.0;
     b.net_ = molarCharge(a.elements, a.unit) + carbonateSecondCharge;
-    for (const NameValue& e : a.elements) b.total_ += std::abs(molarCharge({e}, a.unit));
-    b.total_ += std::abs(carbonateSecondCharge);
+    // Each sum costs the library a model build: one for the cations, one for the anions.
+    std::vector<NameValue> cations, anions;
+    for (const NameValue& e : a.elements) (isCation(e.name) ? cations : anions).push_back(e);
+    b.total_ = molarCharge(cations, a.unit) - molarCharge(anions, a.unit) - carbonateSecondCharge;
     return b;
 }
 

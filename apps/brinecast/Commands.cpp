@@ -125,13 +125,13 @@ std::vector<AnalysisResult> Commands::calculate(const std::vector<std::string>& 
     }
     const Calculator calculator(options.engineDirectory, element, options.method);
     std::vector<AnalysisResult> results = load(files);
-    // Densities first, one analysis after another: the engine's first load is not guarded.
-    for (AnalysisResult& r : results) {
-        if (r.status != Status::Invalid) r = calculator.prepare(r.analysis);
-    }
+    // The engine's first load is not guarded: load it here, before the workers start. Without
+    // an engine, each per-litre analysis would try to load it again, so they go one at a time.
+    const bool engineReady = !Calculator::needsEngine(results) || calculator.loadEngine();
     ProgressBar bar(err_, options.progress, results.size());
     BatchRunner::run(
-        results.size(), options.threads, [&](std::size_t i) { calculator.calculate(results[i]); },
+        results.size(), engineReady ? options.threads : 1,
+        [&](std::size_t i) { calculator.calculate(results[i]); },
         [&](std::size_t done) { bar.show(done); });
     bar.finish();
     status = Commands::status(results);

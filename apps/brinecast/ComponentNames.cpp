@@ -27,6 +27,13 @@ bool isSolvent(const ElementTable::Element& e) {
 }  // namespace
 
 std::optional<ComponentNames::Element> ComponentNames::element(const std::string& name) const {
+    std::lock_guard<std::mutex> lock(mutex_);
+    const auto known = resolved_.find(name);
+    if (known != resolved_.end()) return known->second;
+    return resolved_[name] = resolve(name);
+}
+
+std::optional<ComponentNames::Element> ComponentNames::resolve(const std::string& name) const {
     std::optional<std::string> found;
     if (isCarbonate(name)) return Element{"C", true};
     for (const ElementTable::Element& e : table_.elements()) {

@@ -2,6 +2,8 @@
 
 #include "database/ElementTable.h"
 
+#include <map>
+#include <mutex>
 #include <optional>
 #include <string>
 
@@ -16,7 +18,8 @@ public:
         bool carbonate = false;  ///< given as CO3--: the amount is carbonate, counted as "C"
     };
 
-    /// The element `name` stands for, or nothing when the name is not known.
+    /// The element `name` stands for, or nothing when the name is not known. Each name is
+    /// resolved once: the library's name functions build a whole species model per call.
     std::optional<Element> element(const std::string& name) const;
     bool isGas(const std::string& name) const;
     /// The element whose basis species is `basis` ("CO3-2" -> "C"); `basis` itself if none.
@@ -33,7 +36,11 @@ public:
     const ElementTable& table() const { return table_; }
 
 private:
+    std::optional<Element> resolve(const std::string& name) const;
+
     ElementTable table_;
+    mutable std::mutex mutex_;
+    mutable std::map<std::string, std::optional<Element>> resolved_;
 };
 
 }  // namespace korvane::Brinecast::cli

@@ -22,8 +22,9 @@ std::string ResultText::densitySource(AnalysisResult::DensitySource source) {
 }
 
 std::string ResultText::message(const AnalysisResult& r) {
-    if (r.hint.empty()) return r.error;
-    return r.error + (r.error.empty() ? "" : " ") + r.hint;
+    if (r.hint.empty() || r.error.empty()) return r.error + r.hint;
+    const char last = r.error.back();
+    return r.error + (last == '.' || last == '!' || last == '?' ? " " : ". ") + r.hint;
 }
 
 std::string ResultText::solver(const Diagnostics& d) {
