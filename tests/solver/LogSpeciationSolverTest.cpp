@@ -88,7 +88,8 @@ TEST(LogSpeciationSolver, TotalThatCannotBeMetOrALimitOfNoIterationsSolvesNothin
 TEST(LogSpeciationSolver, RefusesReactionsThatDoNotConserveCharge) {
     const SpeciesModel model(R"([{"stoich": {"H+": 1}}, {"stoich": {"H2O": 1}}, {"stoich": {"Na+": 1}},
         {"stoich": {"Na+": -1, "H2O": -1, "NaOH+": 1, "H+": 1}, "log_k": -14}])");
-    const SpeciationSystem system = ReactionIndex(model.reactions).select({"H2O", "H+", "Na+"}, 298.15);
+    const ReactionIndex index(model.reactions);  // outlives the system, which names its species
+    const SpeciationSystem system = index.select({"H2O", "H+", "Na+"}, 298.15);
     ASSERT_NE(system.chargeNotConserved, nullptr);
     EXPECT_EQ(*system.chargeNotConserved, "NaOH+");
     try {
