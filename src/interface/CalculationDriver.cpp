@@ -140,32 +140,72 @@ SolverReport solveSpecified(const ProcessedInput& processed, const SpeciesModel&
     return {outcome.iterations, outcome.residualNorm, settings.residualBound, outcome.ending};
 }
 
-std::vector<SpeciesGroup> groupSpecies(const std::vector<std::string>& basisNames,
-                                       const std::vector<const std::string*>& speciesNames,
-                                       const std::vector<double>& coefficients, const double* molalities) {
-    const std::size_t basisCount = basisNames.size();
+namespace {
+
+/// Species numbers of every group in report order: group g (basis name g + 2) holds
+/// species[start[g] .. start[g + 1]).
+struct GroupOrder {
+    std::vector<std::uint32_t> start;
+    std::vector<std::uint32_t> species;
+};
+
+GroupOrder groupOrder(std::size_t basisCount, std::size_t speciesCount, const std::vector<double>& coefficients,
+                      const double* molalities) {
     const std::size_t groupCount = basisCount > 2 ? basisCount - 2 : 0;
-    // Species numbers per group, species by species so that each group starts in species order.
-    std::vector<std::vector<std::uint32_t>> members(groupCount);
-    for (std::size_t k = 0; k < speciesNames.size(); ++k) {
-        const double* a = coefficients.data() + k * basisCount;
+    const auto belongs = [&](std::size_t j, std::size_t k) {
+        return std::fabs(coefficients[k * basisCount + j]) > groupCoefficientThreshold;
+    };
+    GroupOrder order;
+    order.start.assign(groupCount + 1, 0);
+    for (std::size_t k = 0; k < speciesCount; ++k) {
+        for (std::size_t j = 2; j < basisCount; ++j) order.start[j - 1] += belongs(j, k);
+    }
+    for (std::size_t g = 0; g < groupCount; ++g) order.start[g + 1] += order.start[g];
+    order.species.resize(order.start[groupCount]);
+    // Species by species, so that every group starts in species order.
+    std::vector<std::uint32_t> next(order.start.begin(), order.start.end() - 1);
+    for (std::size_t k = 0; k < speciesCount; ++k) {
         for (std::size_t j = 2; j < basisCount; ++j) {
-            if (std::fabs(a[j]) > groupCoefficientThreshold) members[j - 2].push_back(static_cast<std::uint32_t>(k));
+            if (belongs(j, k)) order.species[next[j - 2]++] = static_cast<std::uint32_t>(k);
         }
     }
     // Sorting the numbers makes the same comparisons, and so the same order, as sorting the
-    // entries themselves, without moving a name.
+    // named entries themselves, without moving a name.
     const auto larger = [molalities](std::uint32_t a, std::uint32_t b) {
         return largerMolality(molalities[a], molalities[b]);
     };
-    std::vector<SpeciesGroup> groups(groupCount);
-    for (std::size_t g = 0; g < groupCount; ++g) {
-        std::sort(members[g].begin(), members[g].end(), larger);
+    for (std::size_t g = 0; g < groupCount; ++g)
+        std::sort(order.species.begin() + order.start[g], order.species.begin() + order.start[g + 1], larger);
+    return order;
+}
+
+}  // namespace
+
+std::vector<SpeciesGroup> groupSpecies(const std::vector<std::string>& basisNames,
+                                       const std::vector<const std::string*>& speciesNames,
+                                       const std::vector<double>& coefficients, const double* molalities) {
+    const GroupOrder order = groupOrder(basisNames.size(), speciesNames.size(), coefficients, molalities);
+    std::vector<SpeciesGroup> groups(order.start.size() - 1);
+    for (std::size_t g = 0; g < groups.size(); ++g) {
         groups[g].basisName = basisNames[g + 2];
-        groups[g].species.reserve(members[g].size());
-        for (std::uint32_t k : members[g]) groups[g].species.push_back({*speciesNames[k], molalities[k]});
+        groups[g].species.reserve(order.start[g + 1] - order.start[g]);
+        for (std::uint32_t i = order.start[g]; i < order.start[g + 1]; ++i) {
+            const std::uint32_t k = order.species[i];
+            groups[g].species.push_back({*speciesNames[k], molalities[k]});
+        }
     }
     return groups;
+}
+
+Output assembleOutput(const std::vector<std::string>& basisNames, const std::vector<const std::string*>& speciesNames,
+                      const std::vector<double>& coefficients, const double* molalities, double hydrogenMolality) {
+    const GroupOrder order = groupOrder(basisNames.size(), speciesNames.size(), coefficients, molalities);
+    Output output;
+    output.species.values.reserve(order.species.size());
+    for (std::uint32_t k : order.species) output.species.values.push_back({*speciesNames[k], molalities[k]});
+    output.species.unit = MolPerKgw;
+    output.pH = -std::log10(hydrogenMolality);
+    return output;
 }
 
 namespace {

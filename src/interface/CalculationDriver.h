@@ -115,6 +115,9 @@ Output assembleOutput(const SpeciesModel& model);
 Output assembleOutput(const Speciation& speciation);
 /// The groups concatenated in order, in mol/kgw, and pH = -log10 of the free "H+" molality.
 Output assembleOutput(std::vector<SpeciesGroup> groups, double hydrogenMolality);
+/// The same from the parts of groupSpecies, without building the groups.
+Output assembleOutput(const std::vector<std::string>& basisNames, const std::vector<const std::string*>& speciesNames,
+                      const std::vector<double>& coefficients, const double* molalities, double hydrogenMolality);
 
 /// Diagnostic text of the solution held by `model`: "pH=..." then every group with its species.
 std::string solutionReport(const SpeciesModel& model);

@@ -64,8 +64,7 @@ Result robustResult(const ProcessedInput& processed, const SpeciesModel& model, 
     const ValueArray free = solver.freeMolalities();
     const double* molalities = solver.molalities().data();
     Result result;
-    result.output = assembleOutput(groupSpecies(processed.basisNames, system.speciesNames, system.coefficients, molalities),
-                                   free[0]);
+    result.output = assembleOutput(processed.basisNames, system.speciesNames, system.coefficients, molalities, free[0]);
     Diagnostics& diagnostics = result.diagnostics;
     diagnostics.method = Method::Robust;
     diagnostics.converged = outcome.converged;
