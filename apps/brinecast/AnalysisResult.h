@@ -38,6 +38,9 @@ struct AnalysisResult {
     std::optional<Balancing> balancing;
 
     double pH = NAN;
+    /// How the library's solver ended: which method gave the result, its iterations and the
+    /// balance errors it measured. Empty until calculated.
+    std::optional<Diagnostics> solver;
     SpeciationCheck::Result check;
     std::vector<std::string> warnings;
 

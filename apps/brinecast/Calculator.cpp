@@ -53,8 +53,10 @@ double Calculator::engineDensity(AnalysisResult& r) const {
     }
 }
 
-Calculator::Calculator(std::string engineDirectory, std::optional<std::string> balanceWith)
-    : engineDirectory_(std::move(engineDirectory)), balanceWith_(std::move(balanceWith)) {}
+Calculator::Calculator(std::string engineDirectory, std::optional<std::string> balanceWith, Method method)
+    : engineDirectory_(std::move(engineDirectory)), balanceWith_(std::move(balanceWith)) {
+    solveOptions_.method = method;
+}
 
 Input Calculator::input(const Analysis& a, double densityGcm3) const {
     Input in;
@@ -118,9 +120,10 @@ void Calculator::calculate(AnalysisResult& r) const {
     const Input in = input(r.analysis, r.densitySource == DensitySource::NotNeeded ? 0.0
                                                                                   : r.densityGcm3);
     try {
-        const Output out = run(in);
-        r.pH = out.pH;
-        r.check = SpeciationCheck::check(LibraryBasis::of(in), out.pH, out.species.values);
+        const Result result = speciator_.speciate(in, solveOptions_);
+        r.pH = result.output.pH;
+        r.solver = result.diagnostics;
+        r.check = SpeciationCheck::check(LibraryBasis::of(in), result.output.pH, result.output.species.values);
     } catch (const std::exception& e) {
         fail(r, Status::Failed, e.what(), hintFor(e.what()));
         return;
@@ -133,8 +136,8 @@ void Calculator::calculate(AnalysisResult& r) const {
                        "): these numbers are not a solution."
                  : "The result does not match the library's basis reaction set: " + r.check.mismatch,
              "Check the analysis' charge balance (brinecast balance FILE --with Cl) and its "
-             "units; very saline brines (above about 3 mol/kgw of chloride) are beyond this "
-             "solver.");
+             "units. The specified solver fails above about 3 mol/kgw of chloride: leave "
+             "--method at auto, or give --method robust.");
     } else if (!(r.pH >= kLowestPlausiblePH && r.pH <= kHighestPlausiblePH)) {
         r.warnings.push_back("pH " + NumberText::significant(r.pH, 4) +
                              " lies outside the range of produced waters (2 to 12): the "
@@ -146,8 +149,8 @@ void Calculator::calculate(AnalysisResult& r) const {
 std::string Calculator::hintFor(const std::string& message) {
     if (contains(message, "Number of trials exceeded")) {
         return "The solver found no solution. Check the analysis' charge balance (brinecast "
-               "balance FILE --with Cl) and its units; very saline brines (above about 3 mol/kgw "
-               "of chloride) are beyond this solver.";
+               "balance FILE --with Cl) and its units. The specified solver fails above about "
+               "3 mol/kgw of chloride: leave --method at auto, or give --method robust.";
     }
     if (contains(message, "dll could not be loaded") || contains(message, "cannot load korvane")) {
         return "The density of a per-litre analysis that gives none is computed by the engine "

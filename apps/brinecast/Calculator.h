@@ -16,8 +16,10 @@ namespace korvane::Brinecast::cli {
 class Calculator {
 public:
     /// `engineDirectory` holds the engine library (kvpvt64.dll); `balanceWith` names the element
-    /// or ion that cancels each analysis' charge imbalance before the calculation, if any.
-    Calculator(std::string engineDirectory, std::optional<std::string> balanceWith);
+    /// or ion that cancels each analysis' charge imbalance before the calculation, if any;
+    /// `method` is the library's solver (Auto: the specified one, the robust one when that fails).
+    Calculator(std::string engineDirectory, std::optional<std::string> balanceWith,
+               Method method = Method::Auto);
 
     /// True when some analysis' density is for the engine to compute.
     static bool needsEngine(const std::vector<AnalysisResult>& results);
@@ -42,6 +44,8 @@ private:
 
     std::string engineDirectory_;
     std::optional<std::string> balanceWith_;
+    SolveOptions solveOptions_;
+    Speciator speciator_;  ///< the reaction data parsed once for every analysis and thread
 };
 
 }  // namespace korvane::Brinecast::cli

@@ -24,6 +24,7 @@ public:
         std::string engineDirectory;
         std::optional<std::string> balanceWith;  ///< element or ion name as the user gave it
         unsigned threads = 0;                    ///< 0: one per core
+        Method method = Method::Auto;            ///< the library's solver
         bool progress = false;                   ///< draw a progress bar on `err`
     };
 

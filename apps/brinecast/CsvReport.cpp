@@ -43,7 +43,7 @@ void CsvReport::write(std::ostream& out, const std::vector<AnalysisResult>& resu
     if (withSpecies) {
         out << ",warnings,temperature_K,pressure_Pa,density_g_cm3,density_source,"
                "charge_balance_error_percent,balanced_with,balancing_amount,"
-               "worst_relative_error";
+               "worst_relative_error,solver,solver_iterations,mass_balance_error,charge_imbalance";
         for (const std::string& s : species) out << ',' << field(s + " (mol/kgw)");
     }
     out << '\n';
@@ -64,6 +64,11 @@ void CsvReport::write(std::ostream& out, const std::vector<AnalysisResult>& resu
                 << (r.balancing ? field(r.balancing->element) : "") << ','
                 << (r.balancing ? number(r.balancing->amount) : "") << ','
                 << (calculated ? number(r.check.worstRelativeError()) : "");
+            const bool solved = calculated && r.solver.has_value();
+            out << ',' << (solved ? field(ResultText::solver(*r.solver)) : "") << ','
+                << (solved ? std::to_string(r.solver->iterations) : "") << ','
+                << (solved ? number(r.solver->massBalanceError) : "") << ','
+                << (solved ? number(r.solver->chargeImbalance) : "");
             std::map<std::string, double> molality;
             for (const SpeciationCheck::Component& c : r.check.components) {
                 for (const SpeciationCheck::Species& s : c.species) molality[s.name] = s.molality;

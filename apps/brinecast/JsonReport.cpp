@@ -58,6 +58,20 @@ void check(Writer& w, const SpeciationCheck::Result& c) {
     w.EndObject();
 }
 
+void solver(Writer& w, const Diagnostics& d) {
+    key(w, "solver");
+    w.StartObject();
+    text(w, "method", ResultText::solver(d));
+    w.Key("converged");
+    w.Bool(d.converged);
+    w.Key("iterations");
+    w.Uint64(d.iterations);
+    number(w, "residualNorm", d.residualNorm);
+    number(w, "massBalanceError", d.massBalanceError);
+    number(w, "chargeImbalance", d.chargeImbalance);
+    w.EndObject();
+}
+
 void components(Writer& w, const SpeciationCheck::Result& c, const ComponentNames& names) {
     key(w, "components");
     w.StartArray();
@@ -114,6 +128,7 @@ void analysis(Writer& w, const AnalysisResult& r, const ComponentNames* names) {
         texts(w, "notes", a.notes);
         texts(w, "warnings", r.warnings);
         if (r.calculated()) {
+            if (r.solver) solver(w, *r.solver);
             check(w, r.check);
             components(w, r.check, *names);
         }

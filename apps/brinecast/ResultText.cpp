@@ -27,4 +27,9 @@ std::string ResultText::message(const AnalysisResult& r) {
     return r.error + (last == '.' || last == '!' || last == '?' ? " " : ". ") + r.hint;
 }
 
+std::string ResultText::solver(const Diagnostics& d) {
+    if (d.method == Method::Specified) return "specified";
+    return d.fellBack ? "robust after specified" : "robust";
+}
+
 }  // namespace korvane::Brinecast::cli

@@ -15,6 +15,9 @@ public:
     static std::string densitySource(AnalysisResult::DensitySource source);
     /// The error, then the hint, as one message.
     static std::string message(const AnalysisResult& result);
+    /// The solver that gave a result: "specified", "robust", or "robust after specified" when
+    /// the specified solver was tried first and did not converge.
+    static std::string solver(const Diagnostics& diagnostics);
 };
 
 }  // namespace korvane::Brinecast::cli

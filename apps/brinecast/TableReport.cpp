@@ -76,6 +76,14 @@ std::string check(const SpeciationCheck::Result& c) {
            NumberText::significant(c.worstRelativeError(), 2) + ")";
 }
 
+/// "robust after specified, 4 iterations; balances close to 3.1e-16 (mass) and 2.2e-16 (charge)".
+std::string solver(const Diagnostics& d) {
+    return ResultText::solver(d) + ", " + std::to_string(d.iterations) + (d.iterations == 1 ? " iteration, " : " iterations, ") +
+           (d.converged ? "converged" : "NOT converged") + "; largest mass-balance error " +
+           NumberText::significant(d.massBalanceError, 2) + ", charge imbalance " +
+           NumberText::significant(d.chargeImbalance, 2);
+}
+
 void species(std::ostream& out, const AnalysisResult& r, const ComponentNames& names) {
     TextTable table({"Component", "Total (mol/kgw)", "Species", "Molality (mol/kgw)", "Share (%)"},
                     {false, true, false, true, true});
@@ -123,6 +131,7 @@ void writeOne(std::ostream& out, const AnalysisResult& r, const ComponentNames& 
         return;
     }
     field(out, "pH", NumberText::fixed(r.pH, 3));
+    if (r.solver) field(out, "Solver", solver(*r.solver));
     field(out, "Check", check(r.check));
     if (r.status == Status::NotClosed) field(out, "What to try", r.hint);
     species(out, r, names);

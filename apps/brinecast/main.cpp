@@ -10,6 +10,8 @@
 #include <cstdio>
 #include <exception>
 #include <iostream>
+#include <map>
+#include <string>
 
 namespace cli = korvane::Brinecast::cli;
 
@@ -26,6 +28,15 @@ int main(int argc, char** argv) {
                    "per-litre analyses; default: the reference engine built or installed with "
                    "this program")
         ->check(CLI::ExistingDirectory);
+    const std::map<std::string, korvane::Brinecast::Method> methods{
+        {"auto", korvane::Brinecast::Method::Auto},
+        {"robust", korvane::Brinecast::Method::Robust},
+        {"specified", korvane::Brinecast::Method::Specified}};
+    app.add_option("--method", options.method,
+                   "Solver: auto (the specified solver, the robust one when it fails or its "
+                   "balances do not close), robust, or specified (the library's run, as it is)")
+        ->transform(CLI::CheckedTransformer(methods, CLI::ignore_case))
+        ->default_str("auto");
 
     std::vector<std::string> files;
     std::string ion;

@@ -87,3 +87,6 @@ KORVANE_API std::string toCountedChargeName(const std::string& name);
 
 }  // namespace Brinecast
 }  // namespace korvane
+
+// Speciation with a choice of solver, diagnostics and a reusable, thread-safe Speciator.
+#include <korvane/Speciator.h>

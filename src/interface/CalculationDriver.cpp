@@ -6,6 +6,8 @@
 #include "solver/ChargeBalanceEquationMaker.h"
 #include "tools/NewtonRaphsonEstimatedJacobian.h"
 
+#include <korvane/KorvaneError.h>
+
 #include <algorithm>
 #include <cmath>
 #include <memory>
@@ -30,10 +32,10 @@ constexpr double groupCoefficientThreshold = 1e-8;
 double atLeastSmallestScale(double value) { return value * scaleFactor < smallestScale ? smallestScale : value * scaleFactor; }
 
 /// Descending molality; a NaN sorts after every number, so the order stays strict and weak.
-bool largerMolality(const NameValue& a, const NameValue& b) {
-    if (std::isnan(a.value)) return false;
-    if (std::isnan(b.value)) return true;
-    return a.value > b.value;
+bool largerMolality(double a, double b) {
+    if (std::isnan(a)) return false;
+    if (std::isnan(b)) return true;
+    return a > b;
 }
 
 }  // namespace
@@ -55,29 +57,43 @@ SolverScales solverScales(const ValueArray& guess, const ValueArray& totals, std
     return {atLeastSmallestScale(largest), atLeastSmallestScale(dissolved)};
 }
 
-PreparedSpeciation prepareSpeciation(const Input& input, SpeciesModel& model) {
-    ValueArray totals;
-    double temperatureK = 0.0;
-    {
-        const ProcessedInput processed = processInput(input, model);
-        model.basisNames = processed.basisNames;
-        totals = processed.totals;
-        temperatureK = processed.input.temperature;
-    }
-    const std::size_t basisCount = model.basisNames.size();
-    model.basisReactionSet = std::make_unique<BasisReactionSet>(model.reactions, model.basisNames, temperatureK);
-    model.equationMaker =
-        std::make_unique<ChargeBalanceEquationMaker>(*model.basisReactionSet, model.basisNames, totals, model);
-    ValueArray guess = initialGuess(totals, basisCount);
-    const SolverScales scales = solverScales(guess, totals, basisCount);
+Speciation::Speciation() = default;
+Speciation::Speciation(Speciation&&) noexcept = default;
+Speciation& Speciation::operator=(Speciation&&) noexcept = default;
+Speciation::~Speciation() = default;
+
+PreparedSpeciation prepareSpeciation(const ProcessedInput& processed, const SpeciesModel& model,
+                                     Speciation& speciation) {
+    speciation.basisNames = processed.basisNames;
+    speciation.totals = processed.totals;
+    const double temperatureK = processed.input.temperature;
+    const std::size_t basisCount = speciation.basisNames.size();
+    speciation.basisReactionSet =
+        std::make_unique<BasisReactionSet>(model.reactions, speciation.basisNames, temperatureK);
+    speciation.equationMaker = std::make_unique<ChargeBalanceEquationMaker>(
+        *speciation.basisReactionSet, speciation.basisNames, speciation.totals, model);
+    ValueArray guess = initialGuess(speciation.totals, basisCount);
+    const SolverScales scales = solverScales(guess, speciation.totals, basisCount);
     return {std::move(guess), scales};
 }
 
+PreparedSpeciation prepareSpeciation(const Input& input, SpeciesModel& model) {
+    Speciation speciation;
+    PreparedSpeciation prepared = prepareSpeciation(processInput(input, model), model, speciation);
+    model.basisNames = std::move(speciation.basisNames);
+    model.basisReactionSet = std::move(speciation.basisReactionSet);
+    model.equationMaker = std::move(speciation.equationMaker);
+    return prepared;
+}
+
+void storeSolution(ValueArray& solution, std::size_t basisCount, double waterAmount, const ValueArray& x) {
+    if (solution.size() != basisCount) solution = ValueArray(basisCount);
+    solution[0] = waterAmount;  // mol of water per kg of water
+    for (std::size_t k = 0; k + 1 < basisCount; ++k) solution[k + 1] = x[k];
+}
+
 void storeSolution(SpeciesModel& model, const ValueArray& x) {
-    const std::size_t basisCount = model.basisNames.size();
-    if (model.solution.size() != basisCount) model.solution = ValueArray(basisCount);
-    model.solution[0] = model.equationMaker->totals()[0];  // mol of water per kg of water
-    for (std::size_t k = 0; k + 1 < basisCount; ++k) model.solution[k + 1] = x[k];
+    storeSolution(model.solution, model.basisNames.size(), model.equationMaker->totals()[0], x);
 }
 
 tools::NewtonSettings runSolverSettings(const SolverScales& scales) {
@@ -110,32 +126,124 @@ SolverReport solveSpeciation(const Input& input, SpeciesModel& model) {
     return report;
 }
 
-std::vector<SpeciesGroup> groupSpecies(const SpeciesModel& model) {
-    const BasisReactionSet& reactions = *model.basisReactionSet;
-    const ValueArray molalities = model.equationMaker->speciesValues(model.solution);
-    const std::vector<std::string>& names = reactions.speciesNames();
+SolverReport solveSpecified(const ProcessedInput& processed, const SpeciesModel& model, Speciation& speciation,
+                            bool stopOnNaN) {
+    PreparedSpeciation prepared = prepareSpeciation(processed, model, speciation);
+    const ChargeBalanceEquationMaker& equations = *speciation.equationMaker;
+    const tools::ResidualFunction residuals = [&equations](const ValueArray& unknowns, ValueArray& out) {
+        equations.evaluate(unknowns, out);
+    };
+    tools::NewtonSettings settings = runSolverSettings(prepared.scales);
+    settings.stopOnNaN = stopOnNaN;
+    const tools::NewtonOutcome outcome = tools::NewtonRaphsonEstimatedJacobian().iterate(residuals, prepared.guess, settings);
+    storeSolution(speciation.solution, speciation.basisNames.size(), equations.totals()[0], prepared.guess);
+    return {outcome.iterations, outcome.residualNorm, settings.residualBound, outcome.ending};
+}
 
-    std::vector<SpeciesGroup> groups;
-    for (std::size_t j = 2; j < model.basisNames.size(); ++j) {
-        SpeciesGroup group{model.basisNames[j], {}};
-        for (std::size_t k = 0; k < names.size(); ++k) {
-            if (std::fabs(reactions.coefficient(j, k)) > groupCoefficientThreshold)
-                group.species.push_back({names[k], molalities[k]});
+namespace {
+
+/// Species numbers of every group in report order: group g (basis name g + 2) holds
+/// species[start[g] .. start[g + 1]).
+struct GroupOrder {
+    std::vector<std::uint32_t> start;
+    std::vector<std::uint32_t> species;
+};
+
+GroupOrder groupOrder(std::size_t basisCount, std::size_t speciesCount, const std::vector<double>& coefficients,
+                      const double* molalities) {
+    const std::size_t groupCount = basisCount > 2 ? basisCount - 2 : 0;
+    const auto belongs = [&](std::size_t j, std::size_t k) {
+        return std::fabs(coefficients[k * basisCount + j]) > groupCoefficientThreshold;
+    };
+    GroupOrder order;
+    order.start.assign(groupCount + 1, 0);
+    for (std::size_t k = 0; k < speciesCount; ++k) {
+        for (std::size_t j = 2; j < basisCount; ++j) order.start[j - 1] += belongs(j, k);
+    }
+    for (std::size_t g = 0; g < groupCount; ++g) order.start[g + 1] += order.start[g];
+    order.species.resize(order.start[groupCount]);
+    // Species by species, so that every group starts in species order.
+    std::vector<std::uint32_t> next(order.start.begin(), order.start.end() - 1);
+    for (std::size_t k = 0; k < speciesCount; ++k) {
+        for (std::size_t j = 2; j < basisCount; ++j) {
+            if (belongs(j, k)) order.species[next[j - 2]++] = static_cast<std::uint32_t>(k);
         }
-        std::sort(group.species.begin(), group.species.end(), largerMolality);
-        groups.push_back(std::move(group));
+    }
+    // Sorting the numbers makes the same comparisons, and so the same order, as sorting the
+    // named entries themselves, without moving a name.
+    const auto larger = [molalities](std::uint32_t a, std::uint32_t b) {
+        return largerMolality(molalities[a], molalities[b]);
+    };
+    for (std::size_t g = 0; g < groupCount; ++g)
+        std::sort(order.species.begin() + order.start[g], order.species.begin() + order.start[g + 1], larger);
+    return order;
+}
+
+}  // namespace
+
+std::vector<SpeciesGroup> groupSpecies(const std::vector<std::string>& basisNames,
+                                       const std::vector<const std::string*>& speciesNames,
+                                       const std::vector<double>& coefficients, const double* molalities) {
+    const GroupOrder order = groupOrder(basisNames.size(), speciesNames.size(), coefficients, molalities);
+    std::vector<SpeciesGroup> groups(order.start.size() - 1);
+    for (std::size_t g = 0; g < groups.size(); ++g) {
+        groups[g].basisName = basisNames[g + 2];
+        groups[g].species.reserve(order.start[g + 1] - order.start[g]);
+        for (std::uint32_t i = order.start[g]; i < order.start[g + 1]; ++i) {
+            const std::uint32_t k = order.species[i];
+            groups[g].species.push_back({*speciesNames[k], molalities[k]});
+        }
     }
     return groups;
 }
 
-Output assembleOutput(const SpeciesModel& model) {
+Output assembleOutput(const std::vector<std::string>& basisNames, const std::vector<const std::string*>& speciesNames,
+                      const std::vector<double>& coefficients, const double* molalities, double hydrogenMolality) {
+    const GroupOrder order = groupOrder(basisNames.size(), speciesNames.size(), coefficients, molalities);
     Output output;
-    for (SpeciesGroup& group : groupSpecies(model)) {
+    output.species.values.reserve(order.species.size());
+    for (std::uint32_t k : order.species) output.species.values.push_back({*speciesNames[k], molalities[k]});
+    output.species.unit = MolPerKgw;
+    output.pH = -std::log10(hydrogenMolality);
+    return output;
+}
+
+namespace {
+
+std::vector<SpeciesGroup> groupSolvedSpecies(const std::vector<std::string>& basisNames, const BasisReactionSet& reactions,
+                                             const ChargeBalanceEquationMaker& equations, const ValueArray& solution) {
+    const ValueArray molalities = equations.speciesValues(solution);
+    std::vector<const std::string*> names;
+    names.reserve(reactions.speciesCount());
+    for (const std::string& name : reactions.speciesNames()) names.push_back(&name);
+    return groupSpecies(basisNames, names, reactions.coefficients(), molalities.data());
+}
+
+}  // namespace
+
+std::vector<SpeciesGroup> groupSpecies(const SpeciesModel& model) {
+    return groupSolvedSpecies(model.basisNames, *model.basisReactionSet, *model.equationMaker, model.solution);
+}
+
+Output assembleOutput(std::vector<SpeciesGroup> groups, double hydrogenMolality) {
+    Output output;
+    std::size_t entries = 0;
+    for (const SpeciesGroup& group : groups) entries += group.species.size();
+    output.species.values.reserve(entries);
+    for (SpeciesGroup& group : groups) {
         for (NameValue& entry : group.species) output.species.values.push_back(std::move(entry));
     }
     output.species.unit = MolPerKgw;
-    output.pH = -std::log10(model.solution[1]);
+    output.pH = -std::log10(hydrogenMolality);
     return output;
+}
+
+Output assembleOutput(const SpeciesModel& model) { return assembleOutput(groupSpecies(model), model.solution[1]); }
+
+Output assembleOutput(const Speciation& speciation) {
+    return assembleOutput(groupSolvedSpecies(speciation.basisNames, *speciation.basisReactionSet,
+                                             *speciation.equationMaker, speciation.solution),
+                          speciation.solution[1]);
 }
 
 std::string solutionReport(const SpeciesModel& model) {

@@ -74,3 +74,23 @@ TEST(HostProgram, RunsASpeciationThroughTheSharedLibrary) {
     input.dllPath.clear();
     EXPECT_THROW(bc::run(input), korvane::KorvaneError);
 }
+
+TEST(HostProgram, SpeciatesWithDiagnosticsThroughTheSharedLibrary) {
+    bc::Input brine;
+    brine.dllPath = "no-engine-needed";
+    brine.temperature = 398.15;  // K
+    brine.elements.assign({{"Na", 3.8}, {"Ca", 0.2}, {"Cl", 4.2}}, bc::MolPerKgw);
+    const bc::Speciator speciator;
+    const bc::Result result = speciator.speciate(brine);
+    EXPECT_TRUE(result.diagnostics.converged);
+    EXPECT_EQ(result.diagnostics.method, bc::Method::Robust);
+    EXPECT_EQ(bc::speciate(brine).output.pH, result.output.pH);
+
+    bc::Input unknown = brine;
+    unknown.elements.push_back({"Unobtainium", 1.0});
+    const std::vector<bc::BatchItem> items = speciator.speciateBatch({brine, unknown, brine}, {}, 2);
+    ASSERT_EQ(items.size(), 3u);
+    EXPECT_TRUE(items[0].ok() && items[2].ok());
+    EXPECT_EQ(items[1].errorMessage, "Element name not found.");
+    EXPECT_THROW(std::rethrow_exception(items[1].error), std::logic_error);
+}

@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <chrono>
 #include <stdexcept>
+#include <thread>
 #include <vector>
 
 using korvane::Brinecast::cli::BatchRunner;
@@ -27,10 +29,18 @@ TEST(BatchRunner, EveryItemIsWorkedOnceAndProgressEndsAtTheCount) {
 
 TEST(BatchRunner, AnEscapingExceptionStopsTheRunAndIsThrownAgain) {
     std::atomic<std::size_t> started{0};
+    std::atomic<bool> thrown{false};
     EXPECT_THROW(BatchRunner::run(10000, 4,
                                   [&](std::size_t i) {
                                       ++started;
-                                      if (i == 5) throw std::runtime_error("row 5");
+                                      if (i == 0) {
+                                          thrown = true;
+                                          throw std::runtime_error("row 0");
+                                      }
+                                      // Rows that take a while, so that the other threads cannot
+                                      // work through all of them while the exception is on its way.
+                                      while (!thrown) std::this_thread::yield();
+                                      std::this_thread::sleep_for(std::chrono::microseconds(100));
                                   },
                                   [](std::size_t) {}),
                  std::runtime_error);

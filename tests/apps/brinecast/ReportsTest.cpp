@@ -31,6 +31,13 @@ std::vector<AnalysisResult> results() {
     c.species = {{"Ca+2", 0.1 + 0.2, 1.0, 1 / 3.0}, {"CaSO4", 1.0000000000000002e-300, 1.0, 0.1}};
     ok.check.components = {c};
     ok.check.chargeClosed = true;
+    bc::Diagnostics solver;
+    solver.converged = true;
+    solver.method = bc::Method::Robust;
+    solver.fellBack = true;
+    solver.iterations = 4;
+    solver.massBalanceError = 0.1 + 0.2;
+    ok.solver = solver;
     AnalysisResult failed;
     failed.analysis.name = "W8";
     failed.analysis.source = "wells.csv:3";
@@ -57,6 +64,10 @@ TEST(Reports, JsonNumbersReadBackToTheSameDoublesAndFailuresStayInPlace) {
     EXPECT_EQ(species[0]["molalityMolPerKgw"].GetDouble(), 0.1 + 0.2);
     EXPECT_EQ(species[1]["molalityMolPerKgw"].GetDouble(), 1.0000000000000002e-300);
     EXPECT_STREQ(a[0]["components"][0]["element"].GetString(), "Ca");
+    EXPECT_STREQ(a[0]["solver"]["method"].GetString(), "robust after specified");
+    EXPECT_EQ(a[0]["solver"]["iterations"].GetUint64(), 4u);
+    EXPECT_EQ(a[0]["solver"]["massBalanceError"].GetDouble(), 0.1 + 0.2);
+    EXPECT_FALSE(a[1].HasMember("solver"));
     EXPECT_STREQ(a[1]["status"].GetString(), "failed");
     EXPECT_TRUE(a[1]["pH"].IsNull());  // no number for a failed calculation
     EXPECT_FALSE(a[1].HasMember("components"));
@@ -73,6 +84,8 @@ TEST(Reports, CsvKeepsOneRowPerResultWithQuotedTextAndExactNumbers) {
     EXPECT_NE(header.find(",Ca+2 (mol/kgw),CaSO4 (mol/kgw)"), std::string::npos) << header;
     EXPECT_EQ(first.rfind("wells.csv:2,\"Well 7, \"\"deep\"\"\",7.000000000000001,ok,", 0), 0u) << first;
     EXPECT_NE(first.find(",0.30000000000000004,1.0000000000000002e-300"), std::string::npos) << first;
+    EXPECT_NE(header.find(",solver,solver_iterations,mass_balance_error,charge_imbalance,"), std::string::npos) << header;
+    EXPECT_NE(first.find(",robust after specified,4,0.30000000000000004,0,"), std::string::npos) << first;
     EXPECT_EQ(second.rfind("wells.csv:3,W8,,failed,\"Number of trials exceeded without finding a "
                            "solution. Check the analysis, its units, and so on.\"", 0), 0u) << second;
     EXPECT_EQ(CsvReport::field("a\nb"), "\"a\nb\"");
@@ -88,5 +101,7 @@ TEST(Reports, TableAlignsTheSpeciesAndStatesFailures) {
                         "                              CaSO4                1e-300         10\n"),
               std::string::npos) << text;
     EXPECT_NE(text.find("  Status          failed: Number of trials exceeded"), std::string::npos);
+    EXPECT_NE(text.find("  Solver          robust after specified, 4 iterations, converged; largest "
+                        "mass-balance error 0.3"), std::string::npos) << text;
     EXPECT_NE(text.find("  What to try     Check the analysis"), std::string::npos);
 }

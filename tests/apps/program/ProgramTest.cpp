@@ -208,16 +208,46 @@ TEST(Program, AFailedCalculationExitsWith1AndSaysWhatToTry) {
     EXPECT_EQ(run.status, 1);
     EXPECT_TRUE(has(run.out, "failed: Korvane dll could not be loaded")) << run.out;
     EXPECT_TRUE(has(run.out, "give --engine-dir DIR")) << run.out;
-    // Above about 3 mol/kgw of chloride the library's solver gives up.
+    // Above about 3 mol/kgw of chloride the specified solver gives up; by default the robust one
+    // takes over.
     const std::string salty = scratch.write("salty.json", R"({"temperature": {"value": 25, "unit": "°C"},
         "pressure": {"value": 1, "unit": "bar"}, "unit": "mol/kgw", "elements": {"Na": 4, "Cl": 4}})");
-    const ProgramRun solver = brinecast("speciate " + salty, scratch);
+    EXPECT_EQ(brinecast("speciate " + salty, scratch).status, 0);
+    const ProgramRun solver = brinecast("--method specified speciate " + salty, scratch);
     EXPECT_EQ(solver.status, 1);
-    EXPECT_TRUE(has(solver.out, "failed: Number of trials exceeded without finding a solution.")) << solver.out;
-    EXPECT_TRUE(has(solver.out, "What to try     The solver found no solution.")) << solver.out;
+    EXPECT_TRUE(has(solver.out, "What to try     Check the analysis' charge balance")) << solver.out;
     // Analyses that need no density still run without an engine.
     EXPECT_EQ(brinecast("--engine-dir " + scratch.path() + " ph " + kExamples + "/standard-seawater.json",
                         scratch).status, 0);
+}
+
+// 3.8 mol/kgw NaCl with calcium at 125 °C: the specified solver loses its digits, Auto does not.
+TEST(Program, HypersalineBrinesAreSolvedByTheRobustSolverUnlessTheSpecifiedOneIsAskedFor) {
+    ScratchDirectory scratch;
+    const std::string file = scratch.write("hypersaline.json", R"({"name": "hypersaline",
+      "temperature": {"value": 125, "unit": "°C"}, "pressure": {"value": 50, "unit": "bar"},
+      "unit": "mol/kgw", "elements": {"Na+": 3.8, "Ca++": 0.2, "Cl-": 4.2}})");
+    const ProgramRun automatic = brinecast("speciate --format json " + file, scratch);
+    EXPECT_EQ(automatic.status, 0) << automatic.err;
+    const rapidjson::Document d = parsed(automatic.out);
+    const rapidjson::Value& solver = d["analyses"][0]["solver"];
+    EXPECT_STREQ(solver["method"].GetString(), "robust after specified");
+    EXPECT_TRUE(solver["converged"].GetBool());
+    EXPECT_LE(solver["massBalanceError"].GetDouble(), 1e-10);
+    EXPECT_TRUE(d["analyses"][0]["check"]["closed"].GetBool());
+    EXPECT_TRUE(has(brinecast("speciate " + file, scratch).out, "Solver          robust after specified, "));
+    const auto rows = csvRows(brinecast("--method robust speciate --format csv " + file, scratch).out);
+    ASSERT_EQ(rows.size(), 2u);
+    std::size_t column = 0;
+    while (column < rows[0].size() && rows[0][column] != "solver") ++column;
+    ASSERT_LT(column, rows[1].size());
+    EXPECT_EQ(rows[1][column], "robust");
+
+    const ProgramRun specified = brinecast("--method specified speciate " + file, scratch);
+    EXPECT_EQ(specified.status, 1);
+    EXPECT_TRUE(has(specified.out, "Solver          specified, ")) << specified.out;
+    EXPECT_TRUE(has(specified.out, "NOT converged")) << specified.out;
+    EXPECT_EQ(brinecast("--method fastest speciate " + file, scratch).status, 2);
 }
 
 TEST(Program, BalanceFindsTheCancellingAmountAndSpeciateCanApplyIt) {

@@ -1,0 +1,106 @@
+#pragma once
+/// Speciation with a choice of solver and a report of how well it converged, and a Speciator that
+/// parses the reaction data once and then answers any number of analyses, from many threads.
+/// `run` and `getPH` are unchanged beside it.
+
+#include <korvane/Brinecast.h>
+#include <korvane/Export.h>
+
+#include <cstdint>
+#include <exception>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace korvane {
+namespace Brinecast {
+
+/// The solver of a speciation.
+enum class Method : std::int32_t {
+    /// The calculation of `run`, bit for bit: Newton-Raphson on the molalities with a
+    /// forward-difference Jacobian. It loses its digits above about 3 mol/kgw of salt and cannot
+    /// start from a zero total.
+    Specified = 0,
+    /// The same equations solved in the logarithms of the free molalities with the exact
+    /// Jacobian and a line search: converges from pure water to saturated brines, zero totals
+    /// included (their species are reported as 0).
+    Robust = 1,
+    /// Specified, and Robust when Specified fails or its balances do not close.
+    Auto = 2,
+};
+
+/// How a speciation is solved and judged.
+struct SolveOptions {
+    Method method = Method::Auto;
+    /// Relative tolerance of convergence: every mass balance against its total, the charge
+    /// balance against the sum of |charge| x molality and, for Robust, the last correction of
+    /// every free molality. Below about 1e-14 double precision cannot meet it.
+    double tolerance = 1e-10;
+    /// Most Newton steps of the Robust solver. The Specified solver keeps its own limit of 1000.
+    std::uint64_t iterationLimit = 200;
+};
+
+/// How a speciation ended and how well its result closes the balances.
+struct Diagnostics {
+    /// The balances close to the tolerance. For Specified also: its residual norm is within the
+    /// bound its own solver accepts, and it neither ran out of trials nor met a NaN.
+    bool converged = false;
+    Method method = Method::Specified;  ///< the solver whose result this is: never Auto
+    bool fellBack = false;              ///< Auto tried Specified first and reports Robust
+    std::uint64_t iterations = 0;       ///< Newton iterations of that solver
+    /// Sum of |residual| of the mass balances (mol/kgw) and the charge balance (eq/kgw); for
+    /// Specified the norm its solver ended with, for Robust recomputed at its result.
+    double residualNorm = 0.0;
+    /// Largest |sum of a component over its species - its total| / its total, over the components.
+    double massBalanceError = 0.0;
+    /// |sum of charge x molality| / sum of |charge| x molality over all species.
+    double chargeImbalance = 0.0;
+};
+
+/// A speciation and its diagnostics.
+struct Result {
+    Output output;  ///< pH and species molalities (mol/kgw), grouped as `run` groups them
+    Diagnostics diagnostics;
+};
+
+/// One analysis of a batch: its result, or what its calculation threw.
+struct BatchItem {
+    Result result;                 ///< meaningful only when `ok()`
+    std::exception_ptr error;      ///< the exception `speciate` threw for this input, if any
+    std::string errorMessage;      ///< that exception's what(), empty when none
+    bool ok() const { return error == nullptr; }
+};
+
+/// Speciation of one analysis. Input errors (unknown element, unset unit, repeated basis, engine
+/// failures) are thrown exactly as `run` throws them, whatever the method. Parses the reaction
+/// data on every call, as `run` does; a Speciator parses it once.
+KORVANE_API Result speciate(Input input, const SolveOptions& options = {});
+
+/// Speciation of many analyses with one parsed copy of the reaction data. Immutable once built:
+/// `speciate` may be called from any number of threads at once, and copies share the data.
+class KORVANE_API Speciator {
+public:
+    /// Parses the embedded reaction data and prepares it for many calculations.
+    Speciator();
+    Speciator(const Speciator& other);
+    Speciator(Speciator&& other) noexcept;
+    Speciator& operator=(const Speciator& other);
+    Speciator& operator=(Speciator&& other) noexcept;
+    ~Speciator();
+
+    /// As the free `speciate`, without parsing the reaction data again.
+    Result speciate(const Input& input, const SolveOptions& options = {}) const;
+
+    /// Every input's result or error, in input order, computed on `threads` threads (0: one per
+    /// core). The threads live only inside this call. An analysis that needs the density engine
+    /// loads it before any thread starts.
+    std::vector<BatchItem> speciateBatch(const std::vector<Input>& inputs, const SolveOptions& options = {},
+                                         unsigned threads = 0) const;
+
+private:
+    class Data;
+    std::shared_ptr<const Data> data_;
+};
+
+}  // namespace Brinecast
+}  // namespace korvane

@@ -1,0 +1,111 @@
+#include "interface/SpeciationMethods.h"
+
+#include "database/SpeciesModel.h"
+#include "engine/ProcessedInput.h"
+#include "interface/CalculationDriver.h"
+#include "solver/BalanceClosure.h"
+#include "solver/BasisReactionSet.h"
+#include "solver/ChargeBalanceEquationMaker.h"
+#include "solver/LogSpeciationSolver.h"
+#include "solver/ReactionIndex.h"
+
+#include <cmath>
+#include <stdexcept>
+#include <string>
+
+namespace korvane {
+namespace Brinecast {
+
+namespace {
+
+constexpr double kGramsPerKilogram = 1000.0;
+
+void copyClosure(const BalanceClosure& closure, Diagnostics& diagnostics) {
+    diagnostics.massBalanceError = closure.massBalanceError;
+    diagnostics.chargeImbalance = closure.chargeImbalance;
+}
+
+bool closes(const Diagnostics& diagnostics, double tolerance) {
+    return diagnostics.massBalanceError <= tolerance && diagnostics.chargeImbalance <= tolerance;
+}
+
+/// The calculation of `run` on the processed input, with its iterations, norm and balances
+/// reported. A NaN residual ends it at once: `run` would carry the NaN to its trial limit.
+Result specifiedResult(const ProcessedInput& processed, const SpeciesModel& model, double tolerance) {
+    Speciation speciation;
+    const SolverReport report = solveSpecified(processed, model, speciation, true);
+    Result result;
+    result.output = assembleOutput(speciation);
+    Diagnostics& diagnostics = result.diagnostics;
+    diagnostics.method = Method::Specified;
+    diagnostics.iterations = report.iterations;
+    diagnostics.residualNorm = report.residualNorm;
+
+    const BasisReactionSet& reactions = *speciation.basisReactionSet;
+    const ValueArray molalities = speciation.equationMaker->speciesValues(speciation.solution);
+    copyClosure(BalanceClosure::measure(speciation.basisNames.size(), speciation.totals, reactions.coefficients(),
+                                        reactions.charges(), molalities.data()),
+                diagnostics);
+    const bool finished = report.ending != tools::NewtonEnding::TrialLimit && report.ending != tools::NewtonEnding::NotANumber;
+    diagnostics.converged = finished && report.residualNorm <= report.residualBound && closes(diagnostics, tolerance);
+    return result;
+}
+
+/// The same equations solved in the logarithms of the free molalities.
+Result robustResult(const ProcessedInput& processed, const SpeciesModel& model, const ReactionIndex& index,
+                    const SolveOptions& options) {
+    const SpeciationSystem system = index.select(processed.basisNames, processed.input.temperature);
+    // Water's activity as the speciation equations take it: its moles per kg times its molar mass.
+    const double waterMolarMass = model.elementTable().molecularWeight("H2O");  // g/mol
+    const double waterLogActivity = std::log10(kGramsPerKilogram / waterMolarMass * (waterMolarMass / kGramsPerKilogram));
+    LogSpeciationSolver solver(system, processed.totals, waterLogActivity);
+    const LogSolverOutcome outcome = solver.solve(options.tolerance, options.iterationLimit);
+
+    const ValueArray free = solver.freeMolalities();
+    const double* molalities = solver.molalities().data();
+    Result result;
+    result.output = assembleOutput(processed.basisNames, system.speciesNames, system.coefficients, molalities, free[0]);
+    Diagnostics& diagnostics = result.diagnostics;
+    diagnostics.method = Method::Robust;
+    diagnostics.converged = outcome.converged;
+    diagnostics.iterations = outcome.iterations;
+    const BalanceClosure closure = BalanceClosure::measure(system.basisCount, processed.totals, system.coefficients,
+                                                           system.charges, molalities);
+    diagnostics.residualNorm = closure.residualNorm;
+    copyClosure(closure, diagnostics);
+    return result;
+}
+
+void checkOptions(const SolveOptions& options) {
+    if (options.method != Method::Specified && options.method != Method::Robust && options.method != Method::Auto) {
+        throw std::invalid_argument("Unknown solve method " + std::to_string(static_cast<int>(options.method)) +
+                                    "; use Method::Specified, Method::Robust or Method::Auto.");
+    }
+    if (!(options.tolerance > 0.0) || !std::isfinite(options.tolerance)) {
+        throw std::invalid_argument("SolveOptions::tolerance is " + std::to_string(options.tolerance) +
+                                    "; it must be a positive number, for example 1e-10.");
+    }
+}
+
+}  // namespace
+
+Result speciateWith(const Input& input, const SpeciesModel& model, const ReactionIndex& index,
+                    const SolveOptions& options) {
+    checkOptions(options);
+    const ProcessedInput processed = processInput(input, model);
+    if (options.method == Method::Specified) return specifiedResult(processed, model, options.tolerance);
+    if (options.method == Method::Robust) return robustResult(processed, model, index, options);
+    try {
+        Result specified = specifiedResult(processed, model, options.tolerance);
+        if (specified.diagnostics.converged) return specified;
+    } catch (const std::overflow_error&) {
+        // The forward-difference Jacobian grew too large for the LU: a failure of that solver,
+        // not of the input, so the robust one takes over.
+    }
+    Result robust = robustResult(processed, model, index, options);
+    robust.diagnostics.fellBack = true;
+    return robust;
+}
+
+}  // namespace Brinecast
+}  // namespace korvane
