@@ -2,6 +2,7 @@
 // read once when the library is loaded, so every setting needs a process of its own.
 #include "engine/KorvaneDll.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -9,47 +10,34 @@
 #include <stdexcept>
 #include <string>
 
-using korvane::KorvaneDll;
-
 namespace {
 
-const std::string enginesDir = BRINECAST_TEST_ENGINES_DIR;
-
-/// The messages of a failed load and of a missing entry point.
-std::vector<std::string> bridgeMessages() {
-    std::vector<std::string> messages;
-    KorvaneDll bridge;
-    try {
-        bridge.load(enginesDir + "/empty//kvpvt64.dll");
-    } catch (const std::runtime_error& e) {
-        messages.push_back(e.what());
-    }
+/// Expects the messages of a failed load and of a missing entry point, each led by the bridge
+/// function's name when `logSwitchOn`.
+void expectBridgeMessages(bool logSwitchOn) {
+    const auto lead = [logSwitchOn](const std::string& function) { return logSwitchOn ? "In function: " + function + ": " : ""; };
+    const std::string enginesDir = BRINECAST_TEST_ENGINES_DIR;
+    korvane::KorvaneDll bridge;
+    EXPECT_THAT([&] { bridge.load(enginesDir + "/empty//kvpvt64.dll"); },
+                testing::ThrowsMessage<std::runtime_error>(testing::StrEq(
+                    lead("KorvaneDll::load") + "cannot load korvane DLL " + enginesDir + "/empty//kvpvt64.dll")));
     bridge.load(enginesDir + "/incomplete//kvpvt64.dll");
-    try {
-        bridge.resolveEntryPoint("kvpvt_phase_volume");
-    } catch (const std::runtime_error& e) {
-        messages.push_back(e.what());
-    }
-    return messages;
+    const std::string incomplete = (std::filesystem::canonical(enginesDir + "/incomplete") / "kvpvt64.dll").string();
+    double volume = 0.0;
+    std::int32_t count = 0, codes[KVPVT_ERROR_CAPACITY];
+    EXPECT_THAT([&] { bridge.phaseVolume(nullptr, 0, &volume, &count, codes); },
+                testing::ThrowsMessage<std::runtime_error>(testing::StrEq(
+                    lead("KorvaneDll::resolveEntryPoint") + "Could not load symbol kvpvt_phase_volume from " + incomplete)));
 }
-
-const std::string incompleteEngine =
-    (std::filesystem::canonical(enginesDir + "/incomplete") / "kvpvt64.dll").string();
 
 }  // namespace
 
 TEST(LogSwitch, OnWhenSetEvenToNothing) {
     ASSERT_NE(std::getenv("KV_DLL_LOG"), nullptr) << "run this test with KV_DLL_LOG set";
-    EXPECT_EQ(bridgeMessages(),
-              (std::vector<std::string>{
-                  "In function: KorvaneDll::load: cannot load korvane DLL " + enginesDir + "/empty//kvpvt64.dll",
-                  "In function: KorvaneDll::resolveEntryPoint: Could not load symbol kvpvt_phase_volume from " +
-                      incompleteEngine}));
+    expectBridgeMessages(true);
 }
 
 TEST(LogSwitch, OffWhenUnset) {
     ASSERT_EQ(std::getenv("KV_DLL_LOG"), nullptr) << "run this test without KV_DLL_LOG";
-    EXPECT_EQ(bridgeMessages(),
-              (std::vector<std::string>{"cannot load korvane DLL " + enginesDir + "/empty//kvpvt64.dll",
-                                        "Could not load symbol kvpvt_phase_volume from " + incompleteEngine}));
+    expectBridgeMessages(false);
 }

@@ -7,8 +7,7 @@
 #include <korvane/EngineAbi.h>
 
 #include <cfenv>
-#include <cstdio>
-#include <cstring>
+#include <sstream>
 #include <string>
 
 struct KvpvtContext {
@@ -18,19 +17,19 @@ struct KvpvtContext {
 
 namespace {
 
-std::string callLog;     // "create;component WATER;...;destroy"
+std::string callLog;      // "create;component WATER;...;destroy"
 std::string failingStep;  // a call whose log entry starts with this fails with code 250
 int trapsAfterLoad = -1;
 
-/// Logs `entry`; reports the informational codes -5 and 200 on success, and 250 after them when
-/// this is the step that must fail. Returns whether the call succeeded.
-bool record(const std::string& entry, int32_t* errorCount, int32_t* errorCodes) {
+/// Logs `entry`; reports the informational codes -5 and 200, then 250 when this is the step that
+/// must fail. Returns whether the call succeeded.
+bool record(const std::string& entry, int32_t* count, int32_t* codes) {
     callLog += (callLog.empty() ? "" : ";") + entry;
-    errorCodes[0] = -5;
-    errorCodes[1] = 200;
-    *errorCount = 2;
+    codes[0] = -5;
+    codes[1] = 200;
+    *count = 2;
     if (failingStep.empty() || entry.compare(0, failingStep.size(), failingStep) != 0) return true;
-    errorCodes[(*errorCount)++] = 250;
+    codes[(*count)++] = 250;
     return false;
 }
 
@@ -60,59 +59,43 @@ KVPVT_ENGINE_EXPORT void kvtest_fail_at(const char* step) {
 }
 KVPVT_ENGINE_EXPORT int kvtest_traps_after_load() { return trapsAfterLoad; }
 
-KvpvtContext* kvpvt_context_create(int32_t* errorCount, int32_t* errorCodes) {
-    return record("create", errorCount, errorCodes) ? new KvpvtContext() : nullptr;
+KvpvtContext* kvpvt_context_create(int32_t* count, int32_t* codes) {
+    return record("create", count, codes) ? new KvpvtContext() : nullptr;
 }
-
 void kvpvt_context_destroy(KvpvtContext* context) {
-    callLog += context != nullptr ? ";destroy" : ";destroy null";
+    callLog += ";destroy";
     delete context;
 }
-
-void kvpvt_load_component(KvpvtContext* context, const char* name, int32_t* componentIndex, int32_t* errorCount,
-                          int32_t* errorCodes) {
-    if (record(std::string("component ") + name, errorCount, errorCodes)) *componentIndex = context->components++;
+void kvpvt_load_component(KvpvtContext* context, const char* name, int32_t* index, int32_t* count, int32_t* codes) {
+    if (record("component " + std::string(name), count, codes)) *index = context->components++;
 }
-
-void kvpvt_add_bip_set(KvpvtContext*, const char* name, int32_t* errorCount, int32_t* errorCodes) {
-    record(std::string("bip ") + name, errorCount, errorCodes);
+void kvpvt_add_bip_set(KvpvtContext*, const char* name, int32_t* count, int32_t* codes) {
+    record("bip " + std::string(name), count, codes);
 }
-
-void kvpvt_add_model(KvpvtContext*, const char* name, int32_t* errorCount, int32_t* errorCodes) {
-    record(std::string("model ") + name, errorCount, errorCodes);
+void kvpvt_add_model(KvpvtContext*, const char* name, int32_t* count, int32_t* codes) {
+    record("model " + std::string(name), count, codes);
 }
-
-void kvpvt_load_salt_density_model(KvpvtContext*, const char* name, int32_t* errorCount, int32_t* errorCodes) {
-    record(std::string("saltmodel ") + name, errorCount, errorCodes);
+void kvpvt_load_salt_density_model(KvpvtContext*, const char* name, int32_t* count, int32_t* codes) {
+    record("saltmodel " + std::string(name), count, codes);
 }
-
-void kvpvt_add_phase(KvpvtContext*, const char* name, int32_t solventIndex, int32_t* phaseIndex,
-                     int32_t* errorCount, int32_t* errorCodes) {
-    if (record(std::string("phase ") + name + " " + std::to_string(solventIndex), errorCount, errorCodes)) {
-        *phaseIndex = 3;
-    }
+void kvpvt_add_phase(KvpvtContext*, const char* name, int32_t solvent, int32_t* phase, int32_t* count, int32_t* codes) {
+    if (record("phase " + std::string(name) + " " + std::to_string(solvent), count, codes)) *phase = 3;
 }
-
-void kvpvt_evaluate(KvpvtContext* context, double temperature, double pressure, const double* amounts,
-                    int32_t amountCount, int32_t* errorCount, int32_t* errorCodes) {
-    char entry[200];
-    std::snprintf(entry, sizeof entry, "evaluate %g %g", temperature, pressure);
-    std::string logged = entry;
+void kvpvt_evaluate(KvpvtContext* context, double temperature, double pressure, const double* amounts, int32_t amountCount,
+                    int32_t* count, int32_t* codes) {
+    std::ostringstream entry;  // 6 digits: "evaluate 310 200000 50 0.5"
+    entry << "evaluate " << temperature << " " << pressure;
     double total = 0.0;
     for (int32_t i = 0; i < amountCount; ++i) {
-        std::snprintf(entry, sizeof entry, " %.10g", amounts[i]);
-        logged += entry;
+        entry << " " << amounts[i];
         total += amounts[i];
     }
-    if (record(logged, errorCount, errorCodes)) context->volumeM3 = 2e-5 * total;
+    if (record(entry.str(), count, codes)) context->volumeM3 = 2e-5 * total;
 }
-
 #ifndef KVTEST_WITHOUT_PHASE_VOLUME
-void kvpvt_phase_volume(KvpvtContext* context, int32_t phaseIndex, double* volume, int32_t* errorCount,
-                        int32_t* errorCodes) {
-    if (!record("volume " + std::to_string(phaseIndex), errorCount, errorCodes)) return;
+void kvpvt_phase_volume(KvpvtContext* context, int32_t phase, double* volume, int32_t* count, int32_t* codes) {
     // Failing "zero volume" makes a faulty engine that reports no error and a volume of 0 m3.
-    *volume = failingStep == "zero volume" ? 0.0 : context->volumeM3;
+    if (record("volume " + std::to_string(phase), count, codes)) *volume = failingStep == "zero volume" ? 0.0 : context->volumeM3;
 }
 #endif
 
