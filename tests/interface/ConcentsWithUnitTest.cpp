@@ -31,6 +31,7 @@ TEST(ConcentsWithUnit, CopiesAreDeepAndMovesKeepTheUnit) {
     d = std::move(self);
     EXPECT_EQ(d.size(), 2u);
     EXPECT_EQ(d[1].name, "Cl");
+    EXPECT_EQ(d.unit, MmolPerL);
     EXPECT_EQ(c.size(), 0u);
     EXPECT_EQ(c.unit, MmolPerL);
 }
