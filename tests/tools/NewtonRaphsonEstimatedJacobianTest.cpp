@@ -59,7 +59,7 @@ Solved solve(const ResidualFunction& f, ValueArray x, const NewtonSettings& s) {
 }
 
 bool sameBits(const ValueArray& a, const ValueArray& b) {
-    return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof(double)) == 0;
+    return a.size() == b.size() && (a.size() == 0 || std::memcmp(a.data(), b.data(), a.size() * sizeof(double)) == 0);
 }
 
 }  // namespace
