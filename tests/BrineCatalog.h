@@ -1,5 +1,6 @@
 #pragma once
-/// Example brine analyses shared by the tests and the benchmarks (tests/data/brines.json).
+/// Example brine analyses shared by the tests and the benchmarks (tests/data/brines.json), and a
+/// builder for hand-written ones.
 
 #include <korvane/Brinecast.h>
 
@@ -37,6 +38,17 @@ inline std::vector<NamedBrine> loadBrines(const std::string& path, const std::st
         brines.push_back(brine);
     }
     return brines;
+}
+
+/// An analysis in mol/kgw that needs no density engine.
+inline korvane::Brinecast::Input molal(std::vector<korvane::Brinecast::NameValue> elements, double temperatureK = 298.15,
+                                       std::vector<korvane::Brinecast::NameValue> gases = {}) {
+    korvane::Brinecast::Input input;
+    input.dllPath = "/no/engine/needed";
+    input.temperature = temperatureK;  // K
+    input.elements.assign(elements, korvane::Brinecast::MolPerKgw);
+    input.gases.assign(gases, korvane::Brinecast::MolPerKgw);
+    return input;
 }
 
 }  // namespace brinecast_test

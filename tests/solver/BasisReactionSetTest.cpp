@@ -47,19 +47,6 @@ TEST(BasisReactionSet, BasisNameWithoutMasterRecordIsRefused) {
     }
 }
 
-TEST(BasisReactionSet, CoefficientsAndChargesExpressEachSpeciesInTheBasis) {
-    const BasisReactionSet set(embeddedModel().reactions, carbonateBasis, 298.15);
-    const std::vector<std::vector<double>> rows = {  // H2O, H+, CO3-2 per species, in set order
-        {0, 1, 0}, {1, 0, 0}, {0, 0, 1}, {1, -1, 0}, {-1, 2, 1}, {0, 1, 1}};
-    const std::vector<int> charges = {1, 0, -2, -1, 0, -1};
-    ASSERT_EQ(set.speciesCount(), rows.size());
-    for (std::size_t k = 0; k < rows.size(); ++k) {
-        for (std::size_t j = 0; j < 3; ++j) EXPECT_EQ(set.coefficient(j, k), rows[k][j]) << set.speciesNames()[k] << " " << j;
-        EXPECT_EQ(set.charges()[k], charges[k]) << set.speciesNames()[k];
-    }
-    EXPECT_EQ(set.logKValues()[0], 0.0);  // a master species has log K 0 at every temperature
-}
-
 TEST(BasisReactionSet, LogKIsPerFormulaUnitOfTheFormedSpecies) {
     // One reaction written forwards, backwards and for two formula units of HCO3-.
     const SpeciesModel model(R"([{"stoich": {"H+": 1}}, {"stoich": {"H2O": 1}}, {"stoich": {"CO3-2": 1}},

@@ -2,6 +2,7 @@
 
 #include "database/EquilibriumConstants.h"
 #include "database/SpeciesModel.h"
+#include "tools/TestMatrices.h"
 
 #include <gtest/gtest.h>
 
@@ -12,18 +13,13 @@
 
 using namespace korvane::Brinecast;
 using korvane::ValueArray;
+using korvane::tools::test::array;
 
 namespace {
 
 const SpeciesModel& embeddedModel() {
     static const SpeciesModel model;
     return model;
-}
-
-ValueArray values(std::vector<double> list) {
-    ValueArray a(list.size());
-    for (std::size_t i = 0; i < list.size(); ++i) a[i] = list[i];
-    return a;
 }
 
 struct Equations {
@@ -65,11 +61,11 @@ const std::vector<std::string> brineBasis{"H2O", "H+", "Na+", "Ca+2", "Mg+2", "F
 TEST(ChargeBalanceEquationMaker, CarbonateResidualsAreMassAndChargeBalanceByMassAction) {
     const double totalC = 0.003, c = 1e-4;  // mol/kgw
     for (double temperatureK : {298.15, 353.15}) {
-        const Equations carbonate({"H2O", "H+", "CO3-2"}, values({55.508, 0.0, totalC}), temperatureK);
+        const Equations carbonate({"H2O", "H+", "CO3-2"}, array({55.508, 0.0, totalC}), temperatureK);
         for (double h : {1e-10, 1e-8, 1e-6}) {
             const double hco3 = carbonate.k("HCO3-") * h * c, co2 = carbonate.k("CO2") * h * h * c;
             const double oh = carbonate.k("OH-") / h;
-            const ValueArray r = carbonate.maker(values({h, c}));
+            const ValueArray r = carbonate.maker(array({h, c}));
             ASSERT_EQ(r.size(), 2u);
             EXPECT_NEAR(r[0], c + hco3 + co2 - totalC, 1e-12 * (c + hco3 + co2 + totalC));
             EXPECT_NEAR(r[1], h - oh - 2 * c - hco3, 1e-12 * (h + oh + 2 * c + hco3));  // charge balance last
