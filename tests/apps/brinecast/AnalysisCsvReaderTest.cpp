@@ -1,5 +1,5 @@
 #include "brinecast/AnalysisCsvReader.h"
-#include "brinecast/InputError.h"
+#include "BadInputCases.h"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +8,6 @@
 namespace bc = korvane::Brinecast;
 using korvane::Brinecast::cli::AnalysisCsvReader;
 using korvane::Brinecast::cli::ComponentNames;
-using korvane::Brinecast::cli::InputError;
 
 namespace {
 
@@ -60,23 +59,5 @@ TEST(AnalysisCsvReader, EveryRowKeepsItsPlaceAndABadRowCarriesItsError) {
 }
 
 TEST(AnalysisCsvReader, HeaderProblemsRefuseTheWholeFile) {
-    struct Case { std::string text; const char* message; };
-    const Case cases[] = {
-        {"", "batch.csv: the file is empty"},
-        {kHeader, "batch.csv: the file has a header but no rows"},
-        {"name,temperature,temperature_unit,pressure,pressure_unit,unit,Xy\nA,1,K,1,Pa,mg/L,1\n",
-         "batch.csv:1: column \"Xy\" is not a known column, element or ion"},
-        {"temperature,temperature_unit,pressure,pressure_unit,unit,Ca,Ca++\n1,K,1,Pa,mg/L,1,1\n",
-         "batch.csv:1: column \"Ca++\" gives Ca a second time (first in column \"Ca\")"},
-        {"temperature,temperature_unit,pressure,unit,Na\n1,K,1,mg/L,1\n",
-         "batch.csv:1: there is no column \"pressure_unit\""},
-    };
-    for (const Case& c : cases) {
-        try {
-            read(c.text);
-            ADD_FAILURE() << "accepted: " << c.text;
-        } catch (const InputError& e) {
-            EXPECT_EQ(std::string(e.what()).rfind(c.message, 0), 0u) << e.what();
-        }
-    }
+    expectEveryCaseRefused("bad-csv-headers.txt", [](const std::string& text) { read(text); });
 }

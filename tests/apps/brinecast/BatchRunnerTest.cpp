@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <stdexcept>
@@ -11,38 +12,36 @@
 using korvane::Brinecast::cli::BatchRunner;
 
 TEST(BatchRunner, EveryItemIsWorkedOnceAndProgressEndsAtTheCount) {
-    for (unsigned threads : {0u, 1u, 3u, 64u}) {
-        std::vector<int> worked(257, 0);
-        std::size_t last = 0;
-        BatchRunner::run(worked.size(), threads, [&](std::size_t i) { worked[i] += 1; },
-                         [&](std::size_t done) {
-                             EXPECT_GE(done, last);
-                             last = done;
-                         });
-        EXPECT_EQ(last, worked.size()) << threads;
-        EXPECT_EQ(std::count(worked.begin(), worked.end(), 1), 257) << threads;
+    for (std::size_t count : {0u, 257u}) {
+        for (unsigned threads : {0u, 1u, 3u, 64u}) {
+            std::vector<int> worked(count, 0);
+            std::size_t last = 0;
+            bool called = false;
+            BatchRunner::run(count, threads, [&](std::size_t i) { worked[i] += 1; }, [&](std::size_t done) {
+                EXPECT_GE(done, last);
+                last = done;
+                called = true;
+            });
+            EXPECT_TRUE(called && last == count) << threads;
+            EXPECT_EQ(std::count(worked.begin(), worked.end(), 1), static_cast<long>(count)) << threads;
+        }
     }
-    bool called = false;
-    BatchRunner::run(0, 0, [](std::size_t) { FAIL(); }, [&](std::size_t done) { called = done == 0; });
-    EXPECT_TRUE(called);
 }
 
 TEST(BatchRunner, AnEscapingExceptionStopsTheRunAndIsThrownAgain) {
     std::atomic<std::size_t> started{0};
     std::atomic<bool> thrown{false};
-    EXPECT_THROW(BatchRunner::run(10000, 4,
-                                  [&](std::size_t i) {
-                                      ++started;
-                                      if (i == 0) {
-                                          thrown = true;
-                                          throw std::runtime_error("row 0");
-                                      }
-                                      // Rows that take a while, so that the other threads cannot
-                                      // work through all of them while the exception is on its way.
-                                      while (!thrown) std::this_thread::yield();
-                                      std::this_thread::sleep_for(std::chrono::microseconds(100));
-                                  },
-                                  [](std::size_t) {}),
-                 std::runtime_error);
+    const auto work = [&](std::size_t i) {
+        ++started;
+        if (i == 0) {
+            thrown = true;
+            throw std::runtime_error("row 0");
+        }
+        // Rows that take a while, so that the other threads cannot work through all of them
+        // while the exception is on its way.
+        while (!thrown) std::this_thread::yield();
+        std::this_thread::sleep_for(std::chrono::microseconds(100));
+    };
+    EXPECT_THROW(BatchRunner::run(10000, 4, work, [](std::size_t) {}), std::runtime_error);
     EXPECT_LT(started.load(), 10000u);
 }

@@ -38,19 +38,13 @@ TEST(SpeciationCheck, SolvedBrineClosesWithSharesOfEachTotal) {
     ASSERT_EQ(r.components.size(), 2u);
     EXPECT_EQ(r.components[1].basis, "Cl-");
     EXPECT_NEAR(r.components[0].species[0].share, 0.5 / (0.5 + kPair), 1e-15);
-    EXPECT_NEAR(r.components[0].species[1].share + r.components[0].species[0].share, 1.0, 1e-15);
     EXPECT_NEAR(r.chargeScale, 1.0 + 2e-7, 1e-12);  // H+ and OH- come from the pH
     EXPECT_LT(r.worstRelativeError(), 1e-12);
 }
 
 TEST(SpeciationCheck, ResultsThatDoNotSatisfyTheBalancesAreCaught) {
-    struct Case {
-        const char* what;
-        BasisData basis;
-        double pH;
-        std::vector<bc::NameValue> species;
-        bool naClosed, clClosed, chargeClosed;
-    };
+    struct Case { const char* what; BasisData basis; double pH; std::vector<bc::NameValue> species;
+                  bool naClosed, clClosed, chargeClosed; };
     BasisData moreSodium = brine();
     moreSodium.totals[2] *= 1.0 + 1e-4;  // the solver stopped short of the sodium total
     std::vector<bc::NameValue> lessChloride = solved();
@@ -67,23 +61,22 @@ TEST(SpeciationCheck, ResultsThatDoNotSatisfyTheBalancesAreCaught) {
         EXPECT_EQ(r.components[0].closed, c.naClosed) << c.what;
         EXPECT_EQ(r.components[1].closed, c.clClosed) << c.what;
         EXPECT_EQ(r.chargeClosed, c.chargeClosed) << c.what;
-        EXPECT_FALSE(r.closed() && !(c.naClosed && c.clClosed && c.chargeClosed)) << c.what;
+        EXPECT_FALSE(r.closed()) << c.what;
     }
 }
 
 TEST(SpeciationCheck, AResultThatDoesNotMatchTheReactionSetIsAMismatch) {
-    const std::vector<std::vector<bc::NameValue>> wrong = {
-        {{"Na+", 0.5}, {"NaCl", kPair}, {"Cl-", 0.5}},                       // one short
-        {{"Na+", 0.5}, {"NaCl", kPair}, {"Cl-", 0.5}, {"NaCl", kPair}, {"X", 1}},  // one more
-        {{"Na+", 0.5}, {"Cl-", 0.5}, {"Cl-", 0.5}, {"NaCl", kPair}},         // Cl- under Na+
+    BasisData broken = brine();
+    broken.charges.pop_back();
+    const std::pair<BasisData, std::vector<bc::NameValue>> wrong[] = {
+        {brine(), {{"Na+", 0.5}, {"NaCl", kPair}, {"Cl-", 0.5}}},                       // one short
+        {brine(), {{"Na+", 0.5}, {"NaCl", kPair}, {"Cl-", 0.5}, {"NaCl", kPair}, {"X", 1}}},  // one more
+        {brine(), {{"Na+", 0.5}, {"Cl-", 0.5}, {"Cl-", 0.5}, {"NaCl", kPair}}},         // Cl- under Na+
+        {broken, solved()},
     };
-    for (const auto& species : wrong) {
-        const SpeciationCheck::Result r = SpeciationCheck::check(brine(), 7.0, species);
+    for (const auto& [basis, species] : wrong) {
+        const SpeciationCheck::Result r = SpeciationCheck::check(basis, 7.0, species);
         EXPECT_FALSE(r.mismatch.empty());
         EXPECT_FALSE(r.closed());
     }
-    BasisData broken = brine();
-    broken.charges.pop_back();
-    EXPECT_NE(SpeciationCheck::check(broken, 7.0, solved()).mismatch.find("do not fit"),
-              std::string::npos);
 }

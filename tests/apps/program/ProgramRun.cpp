@@ -4,6 +4,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
@@ -17,8 +18,8 @@ ScratchDirectory::ScratchDirectory() {
 }
 
 ScratchDirectory::~ScratchDirectory() {
-    const std::string command = "rm -rf '" + path_ + "'";
-    if (std::system(command.c_str()) != 0) std::fprintf(stderr, "could not remove %s\n", path_.c_str());
+    std::error_code ignored;  // a directory left in /tmp is no reason to fail a test
+    std::filesystem::remove_all(path_, ignored);
 }
 
 std::string ScratchDirectory::write(const std::string& name, const std::string& text) const {
@@ -27,25 +28,22 @@ std::string ScratchDirectory::write(const std::string& name, const std::string& 
 }
 
 std::string readFile(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
     std::ostringstream text;
-    text << in.rdbuf();
+    text << std::ifstream(path, std::ios::binary).rdbuf();
     return text.str();
 }
 
 ProgramRun brinecast(const std::string& arguments, const ScratchDirectory& scratch) {
-    const std::string errFile = scratch.path("stderr.txt");
-    const std::string command =
-        std::string(BRINECAST_PROGRAM) + " " + arguments + " 2>'" + errFile + "'";
-    ProgramRun run;
+    const std::string command = std::string(BRINECAST_PROGRAM) + " " + arguments + " 2>'" +
+                                scratch.path("stderr.txt") + "'";
     FILE* pipe = popen(command.c_str(), "r");
     if (pipe == nullptr) throw std::runtime_error("cannot run " + command);
+    ProgramRun run;
     char buffer[4096];
-    std::size_t n;
-    while ((n = std::fread(buffer, 1, sizeof buffer, pipe)) > 0) run.out.append(buffer, n);
+    for (std::size_t n; (n = std::fread(buffer, 1, sizeof buffer, pipe)) > 0;) run.out.append(buffer, n);
     const int status = pclose(pipe);
     run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    run.err = readFile(errFile);
+    run.err = readFile(scratch.path("stderr.txt"));
     return run;
 }
 

@@ -21,8 +21,7 @@ public:
 
     /// Writes `text` to `name` inside the directory and returns its path.
     std::string write(const std::string& name, const std::string& text) const;
-    std::string path(const std::string& name) const { return path_ + "/" + name; }
-    const std::string& path() const { return path_; }
+    std::string path(const std::string& name = "") const { return path_ + "/" + name; }
 
 private:
     std::string path_;

@@ -13,16 +13,7 @@ static int fail(const char* what) {
 }
 
 int main(int argc, char** argv) {
-    bc::ConcentsWithUnit brine;
-    brine.assign({{"Na", 1.0}, {"Cl", 1.0}}, bc::MolPerKgw);
-    if (bc::getMolarCharge(brine) != 0.0) return fail("NaCl is not neutral");
     if (bc::getLabIonElement(bc::toCountedChargeName("SO4--")) != "S(6)") return fail("SO4-- is not S(6)");
-    try {
-        bc::getLabIonElement("Xx");
-        return fail("an unknown ion was accepted");
-    } catch (const std::logic_error& e) {
-        if (std::string(e.what()) != "Ion name not found.") return fail("wrong message");
-    }
     // A per-litre brine without density: the installed reference engine computes it.
     bc::Input input;
     input.dllPath = argc > 1 ? argv[1] : BRINECAST_ENGINE_DIR;
@@ -32,11 +23,10 @@ int main(int argc, char** argv) {
     const bc::Output output = bc::run(input);
     if (!(output.pH > 4.0 && output.pH < 11.0)) return fail("implausible pH");
     try {
-        input.dllPath.clear();
-        bc::run(input);
-        return fail("an empty engine path was accepted");
-    } catch (const korvane::KorvaneError& e) {
-        if (e.message != "Korvane dll path is not set.") return fail("wrong KorvaneError");
+        bc::getLabIonElement("Xx");
+        return fail("an unknown ion was accepted");
+    } catch (const std::logic_error& e) {
+        if (std::string(e.what()) != "Ion name not found.") return fail("wrong message");
     }
     std::puts("host program built against the installed tree: ok");
     return 0;
