@@ -1,6 +1,6 @@
 #include "engine/KorvaneDll.h"
 
-#include "engine/FloatingPointMaskGuard.h"
+#include "engine/FloatingPointEnvironmentGuard.h"
 
 #include <cstdlib>
 #include <stdexcept>
@@ -28,31 +28,40 @@ std::string bridgeMessage(const char* function, const std::string& text) {
 KorvaneDll::KorvaneDll() = default;
 
 KorvaneDll::~KorvaneDll() {
-    platform::closeLibrary(module_);
-    module_ = nullptr;
+    platform::closeLibrary(module_.exchange(nullptr));
 }
 
 const std::shared_ptr<KorvaneDll>& KorvaneDll::shared() { return sharedInstance; }
 
 void KorvaneDll::load(const std::string& path) {
+    const std::lock_guard<std::mutex> lock(loadMutex_);
+    loadLocked(path);
+}
+
+void KorvaneDll::loadLocked(const std::string& path) {
     // A library loaded before is deliberately not closed: cached entry points may point into it.
+    platform::ModuleHandle module = nullptr;
     {
-        const FloatingPointMaskGuard hostTraps;
-        module_ = platform::openLibrary(path);
+        const FloatingPointEnvironmentGuard hostSettings;
+        module = platform::openLibrary(path);
     }
-    if (module_ == nullptr) {
+    module_.store(module, std::memory_order_release);
+    if (module == nullptr) {
         throw std::runtime_error(bridgeMessage("KorvaneDll::load", "cannot load korvane DLL " + path));
     }
-    libraryPath_ = path;
-    std::string fullName = platform::moduleFileName(module_);
-    if (!fullName.empty()) libraryPath_ = std::move(fullName);
+    std::string fullName = platform::moduleFileName(module);
+    libraryPath_ = fullName.empty() ? path : std::move(fullName);
+    everLoaded_.store(true, std::memory_order_release);
 }
 
 bool KorvaneDll::loadOnce(const std::string& directory) {
+    if (everLoaded_.load(std::memory_order_acquire)) return true;
+    const std::lock_guard<std::mutex> lock(loadMutex_);
+    // Another thread may have loaded it while this one waited for the lock.
     if (!libraryPath_.empty()) return true;
     for (const char* fileName : libraryFileNames) {
         try {
-            load(directory + fileName);
+            loadLocked(directory + fileName);
             return true;
         } catch (const std::runtime_error&) {
             // try the next name
@@ -62,9 +71,16 @@ bool KorvaneDll::loadOnce(const std::string& directory) {
 }
 
 void* KorvaneDll::resolveEntryPoint(const char* name) {
-    if (module_ == nullptr && !libraryPath_.empty()) load(libraryPath_);
-    void* address = platform::findSymbol(module_, name);
-    if (address == nullptr) address = platform::findSymbol(module_, name);
+    if (module_.load(std::memory_order_acquire) == nullptr) {
+        const std::lock_guard<std::mutex> lock(loadMutex_);
+        if (module_.load(std::memory_order_acquire) == nullptr && !libraryPath_.empty()) {
+            const std::string path = libraryPath_;
+            loadLocked(path);
+        }
+    }
+    const platform::ModuleHandle module = module_.load(std::memory_order_acquire);
+    void* address = platform::findSymbol(module, name);
+    if (address == nullptr) address = platform::findSymbol(module, name);
     if (address == nullptr) {
         throw std::runtime_error(bridgeMessage("KorvaneDll::resolveEntryPoint",
                                                "Could not load symbol " + std::string(name) + " from " + libraryPath_));
@@ -83,49 +99,58 @@ Function KorvaneDll::entryPoint(EntryPoint which) {
 }
 
 KvpvtContext* KorvaneDll::createContext(std::int32_t* errorCount, std::int32_t* errorCodes) {
+    const FloatingPointEnvironmentGuard hostSettings;
     return entryPoint<decltype(&kvpvt_context_create)>(ContextCreate)(errorCount, errorCodes);
 }
 
 void KorvaneDll::destroyContext(KvpvtContext* context) {
+    const FloatingPointEnvironmentGuard hostSettings;
     entryPoint<decltype(&kvpvt_context_destroy)>(ContextDestroy)(context);
 }
 
 void KorvaneDll::loadComponent(KvpvtContext* context, const char* name, std::int32_t* componentIndex,
                                std::int32_t* errorCount, std::int32_t* errorCodes) {
+    const FloatingPointEnvironmentGuard hostSettings;
     entryPoint<decltype(&kvpvt_load_component)>(LoadComponent)(context, name, componentIndex, errorCount,
                                                                 errorCodes);
 }
 
 void KorvaneDll::addBipSet(KvpvtContext* context, const char* name, std::int32_t* errorCount,
                            std::int32_t* errorCodes) {
+    const FloatingPointEnvironmentGuard hostSettings;
     entryPoint<decltype(&kvpvt_add_bip_set)>(AddBipSet)(context, name, errorCount, errorCodes);
 }
 
 void KorvaneDll::addModel(KvpvtContext* context, const char* name, std::int32_t* errorCount,
                           std::int32_t* errorCodes) {
+    const FloatingPointEnvironmentGuard hostSettings;
     entryPoint<decltype(&kvpvt_add_model)>(AddModel)(context, name, errorCount, errorCodes);
 }
 
 void KorvaneDll::loadSaltDensityModel(KvpvtContext* context, const char* name, std::int32_t* errorCount,
                                       std::int32_t* errorCodes) {
+    const FloatingPointEnvironmentGuard hostSettings;
     entryPoint<decltype(&kvpvt_load_salt_density_model)>(LoadSaltDensityModel)(context, name, errorCount,
                                                                                 errorCodes);
 }
 
 void KorvaneDll::addPhase(KvpvtContext* context, const char* name, std::int32_t solventIndex,
                           std::int32_t* phaseIndex, std::int32_t* errorCount, std::int32_t* errorCodes) {
+    const FloatingPointEnvironmentGuard hostSettings;
     entryPoint<decltype(&kvpvt_add_phase)>(AddPhase)(context, name, solventIndex, phaseIndex, errorCount,
                                                       errorCodes);
 }
 
 void KorvaneDll::evaluate(KvpvtContext* context, double temperatureK, double pressurePa, const double* amountsMol,
                           std::int32_t amountCount, std::int32_t* errorCount, std::int32_t* errorCodes) {
+    const FloatingPointEnvironmentGuard hostSettings;
     entryPoint<decltype(&kvpvt_evaluate)>(Evaluate)(context, temperatureK, pressurePa, amountsMol, amountCount,
                                                      errorCount, errorCodes);
 }
 
 void KorvaneDll::phaseVolume(KvpvtContext* context, std::int32_t phaseIndex, double* volumeM3,
                              std::int32_t* errorCount, std::int32_t* errorCodes) {
+    const FloatingPointEnvironmentGuard hostSettings;
     entryPoint<decltype(&kvpvt_phase_volume)>(PhaseVolume)(context, phaseIndex, volumeM3, errorCount,
                                                             errorCodes);
 }

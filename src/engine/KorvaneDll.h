@@ -7,6 +7,7 @@
 #include <atomic>
 #include <cstddef>
 #include <memory>
+#include <mutex>
 #include <string>
 
 namespace korvane {
@@ -14,7 +15,9 @@ namespace korvane {
 /// The bridge to the thermodynamic engine library: loads it at run time, resolves each entry
 /// point by name on its first use and forwards every call unchanged. The process has one shared
 /// instance (`shared()`), so the engine is loaded at most once per process and stays loaded.
-/// No lock: concurrent first loads are not guarded; once loaded, calls may come from any thread.
+/// Loading is serialised by one lock, so that many threads may ask for the engine's first load at
+/// once; once loaded, calls come from any thread without a lock. Every forwarded call puts the
+/// host's floating-point traps and rounding mode back as they were when it returns.
 class KorvaneDll : public oldapi::IKorvanePVTContext {
 public:
     /// The engine library file names tried in a directory, in this order.
@@ -44,9 +47,10 @@ public:
     /// libraryPath().
     void* resolveEntryPoint(const char* name);
 
-    /// Canonical full file name of the library last loaded; empty before the first load.
+    /// Canonical full file name of the library last loaded; empty before the first load. Read it
+    /// once `isLoaded()` or `loadOnce` said so: it is not written again by `loadOnce`.
     const std::string& libraryPath() const { return libraryPath_; }
-    bool isLoaded() const { return module_ != nullptr; }
+    bool isLoaded() const { return module_.load(std::memory_order_acquire) != nullptr; }
 
     KvpvtContext* createContext(std::int32_t* errorCount, std::int32_t* errorCodes) override;
     void destroyContext(KvpvtContext* context) override;
@@ -83,7 +87,14 @@ private:
     template <typename Function>
     Function entryPoint(EntryPoint which);
 
-    platform::ModuleHandle module_ = nullptr;
+    /// `load` with the load lock held.
+    void loadLocked(const std::string& path);
+
+    std::mutex loadMutex_;
+    std::atomic<platform::ModuleHandle> module_{nullptr};
+    /// Set, with release order, once `libraryPath_` names a loaded library; `loadOnce` reads it
+    /// without the lock.
+    std::atomic<bool> everLoaded_{false};
     std::string libraryPath_;
     /// Filled once per entry point and kept for the life of the instance. Atomic so that threads
     /// racing on a first use store the same address without a data race.

@@ -27,6 +27,17 @@ void* findSymbol(ModuleHandle module, const char* name) {
     return address;
 }
 
+std::string libraryLoadError(const std::string& path) {
+    dlerror();
+    void* module = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+    if (module != nullptr) {
+        dlclose(module);
+        return std::string();
+    }
+    const char* reason = dlerror();
+    return reason != nullptr ? std::string(reason) : std::string("the loader gave no reason");
+}
+
 std::string moduleFileName(ModuleHandle module) {
     link_map* map = nullptr;
     if (module == nullptr || dlinfo(module, RTLD_DI_LINKMAP, &map) != 0 || map == nullptr ||

@@ -22,6 +22,11 @@ void closeLibrary(ModuleHandle module);
 /// search of the whole process). The loader's error text is read and dropped.
 void* findSymbol(ModuleHandle module, const char* name);
 
+/// Why the library file `path` cannot be loaded, in the loader's own words (for example "cannot
+/// open shared object file: No such file or directory"); empty when it loads. The library is
+/// closed again before returning. For messages only: the bridge's own load decides.
+std::string libraryLoadError(const std::string& path);
+
 /// Canonical absolute file name of the loaded `module` (no "//", no "..", symlinks resolved);
 /// empty when the loader cannot tell.
 std::string moduleFileName(ModuleHandle module);

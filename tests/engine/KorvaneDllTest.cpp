@@ -3,15 +3,18 @@
 // pinned by the engine_log_switch programs, under both settings of KV_DLL_LOG.
 #include "engine/TestEngine.h"
 
-#include "engine/FloatingPointMaskGuard.h"
+#include "engine/FloatingPointEnvironmentGuard.h"
 #include "engine/KorvaneDll.h"
 
 #include <gtest/gtest.h>
 
 #include <cfenv>
+#include <cmath>
 #include <filesystem>
 #include <stdexcept>
 #include <string>
+#include <thread>
+#include <vector>
 
 using korvane::KorvaneDll;
 
@@ -49,20 +52,52 @@ TEST(KorvaneDll, FailedLoadKeepsTheLibraryPathAndTheNextCallLoadsItAgain) {
     EXPECT_TRUE(bridge.isLoaded());
 }
 
-TEST(FloatingPointMaskGuard, RestoresTrapsButLeavesFlagsAndRoundingAlone) {
+TEST(FloatingPointEnvironmentGuard, RestoresTrapsAndRoundingButLeavesFlagsAlone) {
     feclearexcept(FE_ALL_EXCEPT);
     const int rounding = fegetround();
     {
-        const korvane::FloatingPointMaskGuard guard;
+        const korvane::FloatingPointEnvironmentGuard guard;
         feenableexcept(FE_UNDERFLOW);
         feraiseexcept(FE_INEXACT);  // raising a flag whose trap is off only sets the flag
         fesetround(FE_UPWARD);
     }
     EXPECT_EQ(fegetexcept(), 0);
+    EXPECT_EQ(fegetround(), rounding);
     EXPECT_NE(fetestexcept(FE_INEXACT), 0) << "a sticky flag raised inside the scope must stay raised";
-    EXPECT_EQ(fegetround(), FE_UPWARD) << "the rounding mode is not the guard's business";
-    fesetround(rounding);
     feclearexcept(FE_ALL_EXCEPT);
+}
+
+TEST(KorvaneDll, EngineCallsCannotChangeTheHostsTrapsOrRounding) {
+    KorvaneDll bridge;
+    ASSERT_TRUE(bridge.loadOnce(enginesDir + "/scripted"));
+    testEngineControl<void (*)()>(bridge.libraryPath(), "kvtest_unsettle_floating_point")();
+    const int rounding = fegetround();
+    std::int32_t count = 0, codes[KVPVT_ERROR_CAPACITY];
+    KvpvtContext* context = bridge.createContext(&count, codes);
+    double volume = 0.0;
+    bridge.phaseVolume(context, 3, &volume, &count, codes);
+    bridge.destroyContext(context);
+    EXPECT_EQ(fegetexcept(), 0);
+    EXPECT_EQ(fegetround(), rounding);
+    // A zero total's logarithm is what a host computes next; with a trap left on it would kill it.
+    volatile double zero = 0.0;
+    EXPECT_EQ(std::log10(zero), -HUGE_VAL);
+}
+
+TEST(KorvaneDll, ManyThreadsAskingForTheFirstLoadAtOnceGetOneLibrary) {
+    KorvaneDll bridge;
+    std::vector<std::thread> threads;
+    std::vector<char> found(8, 0);
+    for (std::size_t t = 0; t < found.size(); ++t) {
+        threads.emplace_back([&, t] {
+            found[t] = bridge.loadOnce(enginesDir + "/names-all");
+            std::int32_t count = 0, codes[KVPVT_ERROR_CAPACITY];
+            bridge.destroyContext(bridge.createContext(&count, codes));
+        });
+    }
+    for (std::thread& thread : threads) thread.join();
+    for (char f : found) EXPECT_TRUE(f);
+    EXPECT_EQ(bridge.libraryPath(), std::filesystem::canonical(enginesDir + "/names-all/kvpvt64.dll").string());
 }
 
 TEST(KorvaneDll, EngineStartUpCannotChangeTheHostsTraps) {

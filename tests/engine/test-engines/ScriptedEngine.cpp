@@ -20,10 +20,15 @@ namespace {
 std::string callLog;      // "create;component WATER;...;destroy"
 std::string failingStep;  // a call whose log entry starts with this fails with code 250
 int trapsAfterLoad = -1;
+bool unsettleFloatingPoint = false;  // every call switches traps on and rounds upwards
 
 /// Logs `entry`; reports the informational codes -5 and 200, then 250 when this is the step that
 /// must fail. Returns whether the call succeeded.
 bool record(const std::string& entry, int32_t* count, int32_t* codes) {
+    if (unsettleFloatingPoint) {
+        feenableexcept(FE_DIVBYZERO | FE_INVALID);
+        fesetround(FE_UPWARD);
+    }
     callLog += (callLog.empty() ? "" : ";") + entry;
     codes[0] = -5;
     codes[1] = 200;
@@ -58,6 +63,8 @@ KVPVT_ENGINE_EXPORT void kvtest_fail_at(const char* step) {
     callLog.clear();
 }
 KVPVT_ENGINE_EXPORT int kvtest_traps_after_load() { return trapsAfterLoad; }
+/// From now on every engine call switches traps on and sets the rounding mode upwards.
+KVPVT_ENGINE_EXPORT void kvtest_unsettle_floating_point() { unsettleFloatingPoint = true; }
 
 KvpvtContext* kvpvt_context_create(int32_t* count, int32_t* codes) {
     return record("create", count, codes) ? new KvpvtContext() : nullptr;
