@@ -2,6 +2,8 @@
 
 #include "brinecast/AnalysisBuilder.h"
 #include "brinecast/InputError.h"
+#include "brinecast/ReadLimits.h"
+#include "brinecast/Utf8Text.h"
 
 #include <rapidjson/document.h>
 #include <rapidjson/error/en.h>
@@ -34,6 +36,49 @@ std::string position(const std::string& text, std::size_t offset) {
     return std::to_string(line) + ":" + std::to_string(column);
 }
 
+/// The parser keeps its own stack, so depth cannot crash it; the limit keeps a runaway file from
+/// costing memory and says plainly what is wrong with it.
+void requireShallow(const std::string& text, const std::string& fileName) {
+    std::size_t depth = 0;
+    bool inString = false;
+    bool escaped = false;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char c = text[i];
+        if (inString) {
+            if (escaped) escaped = false;
+            else if (c == '\\') escaped = true;
+            else if (c == '"') inString = false;
+        } else if (c == '"') {
+            inString = true;
+        } else if (c == '[' || c == '{') {
+            if (++depth > ReadLimits::kMaxJsonDepth) {
+                throw InputError(fileName + ":" + position(text, i) + ": arrays and objects are nested " +
+                                 "more than " + std::to_string(ReadLimits::kMaxJsonDepth) +
+                                 " deep; an analysis file needs 3 (an array of analyses, each with " +
+                                 "its temperature object)");
+            }
+        } else if ((c == ']' || c == '}') && depth > 0) {
+            --depth;
+        }
+    }
+}
+
+/// The parse error as a user can act on it: where, and for bad bytes, which byte.
+std::string parseError(const rapidjson::Document& document, const std::string& text,
+                       const std::string& fileName) {
+    std::size_t offset = document.GetErrorOffset();
+    if (document.GetParseError() == rapidjson::kParseErrorStringInvalidEncoding) {
+        // The parser points at the text it was reading; name the byte itself.
+        const auto bad = Utf8Text::firstInvalidByte(text.substr(std::min(offset, text.size())));
+        if (bad) offset += *bad;
+        return fileName + ":" + position(text, offset) + ": byte " + std::to_string(offset) +
+               " is not valid UTF-8; save the file as UTF-8 (names may hold accents, written in "
+               "UTF-8)";
+    }
+    return fileName + ":" + position(text, offset) +
+           ": not valid JSON: " + rapidjson::GetParseError_En(document.GetParseError());
+}
+
 std::string stringField(const AnalysisBuilder& b, const Value& v, const std::string& field) {
     if (!v.IsString()) b.fail(fieldName(field), "must be a text in double quotes");
     return std::string(v.GetString(), v.GetStringLength());
@@ -46,7 +91,8 @@ double numberField(const AnalysisBuilder& b, const Value& v, const std::string& 
 
 /// {"value": 25, "unit": "°C"}
 void quantity(AnalysisBuilder& b, const Value& v, const std::string& field,
-              void (AnalysisBuilder::*set)(double, const std::string&, const std::string&)) {
+              void (AnalysisBuilder::*set)(double, const std::string&, const std::string&,
+                                           const std::string&)) {
     const std::string where = fieldName(field);
     if (!v.IsObject() || !v.HasMember("value") || !v.HasMember("unit") || v.MemberCount() != 2) {
         b.fail(where, "must be an object with a value and its unit, as {\"value\": 25, "
@@ -54,7 +100,7 @@ void quantity(AnalysisBuilder& b, const Value& v, const std::string& field,
                           "\"}");
     }
     const double value = numberField(b, v["value"], where + " value");
-    (b.*set)(value, stringField(b, v["unit"], field + " unit"), where);
+    (b.*set)(value, stringField(b, v["unit"], field + " unit"), where, where);
 }
 
 /// {"Na+": 10890, ...}, in file order.
@@ -125,12 +171,18 @@ std::vector<Analysis> AnalysisJsonReader::read(const std::string& text,
         throw InputError(fileName + ": the file is empty; it should hold one analysis as a "
                                     "JSON object, or an array of them");
     }
-    rapidjson::Document document;
-    document.Parse(text.c_str(), text.size());
-    if (document.HasParseError()) {
-        throw InputError(fileName + ":" + position(text, document.GetErrorOffset()) +
-                         ": not valid JSON: " + rapidjson::GetParseError_En(document.GetParseError()));
+    if (text.size() > ReadLimits::kMaxFileBytes) {
+        throw InputError(fileName + ": the file holds " + std::to_string(text.size()) +
+                         " bytes, more than the " + std::to_string(ReadLimits::kMaxFileBytes) +
+                         " an analysis file may; split it into smaller files");
     }
+    requireShallow(text, fileName);
+    // Full precision: the numbers this program writes must read back to the same doubles.
+    constexpr unsigned kFlags = rapidjson::kParseIterativeFlag | rapidjson::kParseFullPrecisionFlag |
+                                rapidjson::kParseValidateEncodingFlag;
+    rapidjson::Document document;
+    document.Parse<kFlags>(text.c_str(), text.size());
+    if (document.HasParseError()) throw InputError(parseError(document, text, fileName));
     std::vector<Analysis> analyses;
     if (!document.IsArray()) {
         analyses.push_back(readOne(names_, document, fileName, stem(fileName)));
@@ -139,6 +191,11 @@ std::vector<Analysis> AnalysisJsonReader::read(const std::string& text,
     if (document.Empty()) {
         throw InputError(fileName + ": the array holds no analysis; put one JSON object per "
                                     "analysis in it");
+    }
+    if (document.Size() > ReadLimits::kMaxAnalyses) {
+        throw InputError(fileName + ": the array holds " + std::to_string(document.Size()) +
+                         " analyses, more than the " + std::to_string(ReadLimits::kMaxAnalyses) +
+                         " one file may; split it into smaller files");
     }
     for (rapidjson::SizeType i = 0; i < document.Size(); ++i) {
         const std::string number = std::to_string(i + 1);

@@ -2,6 +2,7 @@
 
 #include "brinecast/NumberText.h"
 #include "brinecast/ResultText.h"
+#include "brinecast/Utf8Text.h"
 
 #include <algorithm>
 #include <cmath>
@@ -28,8 +29,10 @@ std::vector<std::string> speciesColumns(const std::vector<AnalysisResult>& resul
 
 }  // namespace
 
-std::string CsvReport::field(const std::string& text) {
-    if (text.find_first_of(",\"\r\n") == std::string::npos) return text;
+std::string CsvReport::field(const std::string& raw) {
+    // A cell is one line of valid UTF-8, whatever a name or an engine message held.
+    const std::string text = Utf8Text::oneLine(raw);
+    if (text.find_first_of(",\"") == std::string::npos) return text;
     std::string quoted = "\"";
     for (char c : text) quoted += c == '"' ? std::string("\"\"") : std::string(1, c);
     return quoted + "\"";

@@ -1,6 +1,10 @@
 #include "brinecast/CsvTable.h"
 
 #include "brinecast/InputError.h"
+#include "brinecast/ReadLimits.h"
+#include "brinecast/Utf8Text.h"
+
+#include <algorithm>
 
 namespace korvane::Brinecast::cli {
 namespace {
@@ -29,7 +33,9 @@ public:
         row.fields.clear();
         std::string field;
         bool quoted = false;  // the current field was quoted: keep its blanks
+        rowStart_ = pos_;
         while (pos_ < text_.size()) {
+            if (pos_ - rowStart_ > ReadLimits::kMaxCsvRowBytes) tooLong(row.line);
             const char c = text_[pos_++];
             if (c == '"' && trimmed(field).empty() && !quoted) {
                 field = readQuoted(row.line);
@@ -51,9 +57,17 @@ public:
     }
 
 private:
+    [[noreturn]] void tooLong(std::size_t startLine) const {
+        throw InputError(fileName_ + ":" + std::to_string(startLine) + ": the row is longer than " +
+                         std::to_string(ReadLimits::kMaxCsvRowBytes) + " bytes, more than any "
+                         "analysis needs; check for a quote (\") that is not closed, or a file "
+                         "that is not a batch table");
+    }
+
     std::string readQuoted(std::size_t startLine) {
         std::string value;
         while (pos_ < text_.size()) {
+            if (pos_ - rowStart_ > ReadLimits::kMaxCsvRowBytes) tooLong(startLine);
             const char c = text_[pos_++];
             if (c == '"') {
                 if (pos_ < text_.size() && text_[pos_] == '"') {
@@ -74,12 +88,24 @@ private:
     const std::string& text_;
     const std::string& fileName_;
     std::size_t pos_ = 0;
+    std::size_t rowStart_ = 0;
     std::size_t line_ = 1;
 };
 
 }  // namespace
 
 CsvTable CsvTable::parse(const std::string& text, const std::string& fileName) {
+    if (text.size() > ReadLimits::kMaxFileBytes) {
+        throw InputError(fileName + ": the file holds " + std::to_string(text.size()) +
+                         " bytes, more than the " + std::to_string(ReadLimits::kMaxFileBytes) +
+                         " an analysis file may; split it into smaller files");
+    }
+    if (const auto bad = Utf8Text::firstInvalidByte(text)) {
+        const auto line = 1 + std::count(text.begin(), text.begin() + static_cast<long>(*bad), '\n');
+        throw InputError(fileName + ":" + std::to_string(line) + ": byte " + std::to_string(*bad) +
+                         " is not valid UTF-8; save the file as UTF-8 (spreadsheets offer "
+                         "\"CSV UTF-8\")");
+    }
     CsvTable table;
     CsvScanner scanner(text, fileName);
     Row row;
@@ -90,6 +116,12 @@ CsvTable CsvTable::parse(const std::string& text, const std::string& fileName) {
             table.header_ = row.fields;
             haveHeader = true;
         } else {
+            if (table.rows_.size() == ReadLimits::kMaxAnalyses) {
+                throw InputError(fileName + ":" + std::to_string(row.line) + ": more than " +
+                                 std::to_string(ReadLimits::kMaxAnalyses) +
+                                 " rows, more than one batch file may hold; split it into "
+                                 "smaller files");
+            }
             table.rows_.push_back(row);
         }
     }

@@ -2,6 +2,7 @@
 
 #include "brinecast/ResultText.h"
 #include "brinecast/UnitNames.h"
+#include "brinecast/Utf8Text.h"
 
 #include <rapidjson/prettywriter.h>
 #include <rapidjson/stringbuffer.h>
@@ -15,9 +16,15 @@ using Writer = rapidjson::PrettyWriter<rapidjson::StringBuffer>;
 
 void key(Writer& w, const char* name) { w.Key(name); }
 
+/// Names and messages may come from a file or the engine in any bytes; the report stays JSON.
+void string(Writer& w, const std::string& value) {
+    const std::string valid = Utf8Text::repaired(value);
+    w.String(valid.c_str(), static_cast<rapidjson::SizeType>(valid.size()));
+}
+
 void text(Writer& w, const char* name, const std::string& value) {
     w.Key(name);
-    w.String(value.c_str(), static_cast<rapidjson::SizeType>(value.size()));
+    string(w, value);
 }
 
 void number(Writer& w, const char* name, double value) {
@@ -32,7 +39,7 @@ void number(Writer& w, const char* name, double value) {
 void texts(Writer& w, const char* name, const std::vector<std::string>& values) {
     w.Key(name);
     w.StartArray();
-    for (const std::string& v : values) w.String(v.c_str(), static_cast<rapidjson::SizeType>(v.size()));
+    for (const std::string& v : values) string(w, v);
     w.EndArray();
 }
 
