@@ -2,7 +2,10 @@
 
 #include "brinecast/InputError.h"
 #include "brinecast/NumberText.h"
+#include "brinecast/SolutionCheck.h"
 #include "brinecast/UnitNames.h"
+
+#include "engine/AnalysisLimits.h"
 
 #include <cmath>
 #include <utility>
@@ -33,28 +36,40 @@ void AnalysisBuilder::requireFinite(double value, const std::string& text,
     if (!std::isfinite(value)) fail(where, "\"" + text + "\" is not a finite number");
 }
 
-void AnalysisBuilder::temperature(double value, const std::string& unit, const std::string& where) {
+void AnalysisBuilder::temperature(double value, const std::string& unit, const std::string& where,
+                                  const std::string& unitWhere) {
     const std::optional<double> kelvin = UnitNames::toKelvin(value, unit);
     if (!kelvin) {
-        fail(where, "\"" + unit + "\" is not a temperature unit; use " +
+        fail(unitWhere, "\"" + unit + "\" is not a temperature unit; use " +
                         UnitNames::temperatureAccepted());
     }
     if (!(*kelvin > 0.0)) {
         fail(where, NumberText::exact(value) + " " + unit +
                         " is at or below absolute zero; give the sample's temperature");
     }
+    if (!(*kelvin >= limits::kMinTemperatureK && *kelvin <= limits::kMaxTemperatureK)) {
+        fail(where, NumberText::exact(value) + " " + unit + " (" + NumberText::significant(*kelvin, 6) +
+                        " K) lies outside 0 to 200 \xC2\xB0" "C (273.15 to 473.15 K), the range the "
+                        "reaction data cover; give the sample's temperature in that range");
+    }
     analysis_.temperatureK = *kelvin;
     haveTemperature_ = true;
 }
 
-void AnalysisBuilder::pressure(double value, const std::string& unit, const std::string& where) {
+void AnalysisBuilder::pressure(double value, const std::string& unit, const std::string& where,
+                               const std::string& unitWhere) {
     const std::optional<double> pascal = UnitNames::toPascal(value, unit);
     if (!pascal) {
-        fail(where, "\"" + unit + "\" is not a pressure unit; use " + UnitNames::pressureAccepted());
+        fail(unitWhere, "\"" + unit + "\" is not a pressure unit; use " + UnitNames::pressureAccepted());
     }
     if (!(*pascal > 0.0)) {
         fail(where, NumberText::exact(value) + " " + unit +
                         " is not a pressure above zero; give the absolute pressure");
+    }
+    if (!(*pascal <= limits::kMaxPressurePa)) {
+        fail(where, NumberText::exact(value) + " " + unit + " (" + NumberText::significant(*pascal / 1e6, 6) +
+                        " MPa) is above the 1000 atm (101.325 MPa) accepted; give the absolute "
+                        "pressure, at most 1000 atm");
     }
     analysis_.pressurePa = *pascal;
     havePressure_ = true;
@@ -106,6 +121,7 @@ void AnalysisBuilder::element(const std::string& name, double value, const std::
         fail(where, "\"" + name + "\" is not a known element or ion; use " +
                         names_.acceptedElements());
     }
+    requireFinite(value, NumberText::exact(value), where);
     if (value < 0.0) {
         fail(where, "the amount of " + name + " is negative (" + NumberText::exact(value) +
                         "); concentrations are zero or more");
@@ -119,6 +135,7 @@ void AnalysisBuilder::gas(const std::string& name, double value, const std::stri
     if (!names_.isGas(name)) {
         fail(where, "\"" + name + "\" is not a known gas; use " + names_.acceptedGases());
     }
+    requireFinite(value, NumberText::exact(value), where);
     if (value < 0.0) {
         fail(where, "the amount of " + name + " is negative (" + NumberText::exact(value) +
                         " mol/kgw); amounts are zero or more");
@@ -164,6 +181,7 @@ Analysis AnalysisBuilder::build() const {
         fail("elements", "no element or gas has an amount above zero; give the analysis' "
                          "elements or ions with their amounts");
     }
+    SolutionCheck::requireAmounts(a);
     return a;
 }
 

@@ -19,8 +19,12 @@ public:
 
     void name(const std::string& value) { analysis_.name = value; }
     void description(const std::string& value) { analysis_.description = value; }
-    void temperature(double value, const std::string& unit, const std::string& where);
-    void pressure(double value, const std::string& unit, const std::string& where);
+    /// `where` names the value's field, `unitWhere` the unit's (the same field in JSON, another
+    /// column in CSV), so that each problem is blamed on the cell that holds it.
+    void temperature(double value, const std::string& unit, const std::string& where,
+                     const std::string& unitWhere);
+    void pressure(double value, const std::string& unit, const std::string& where,
+                  const std::string& unitWhere);
     /// g/cm3.
     void density(double value, const std::string& where);
     void unit(const std::string& name, const std::string& where);

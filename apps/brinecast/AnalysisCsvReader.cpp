@@ -108,10 +108,10 @@ Analysis readRow(const ComponentNames& names, const std::vector<std::string>& he
     auto where = [&](Column c) { return columnName(header[layout.fixed.at(c)]); };
     auto conditions = [&](Column value, Column unit,
                           void (AnalysisBuilder::*set)(double, const std::string&,
-                                                       const std::string&)) {
+                                                       const std::string&, const std::string&)) {
         if (cell(value).empty()) return;  // reported by build() as missing
         const double v = number(b, cell(value), where(value));
-        (b.*set)(v, cell(unit), where(unit));
+        (b.*set)(v, cell(unit), where(value), where(unit));
     };
     if (layout.fixed.count(Column::Name) && !cell(Column::Name).empty()) b.name(cell(Column::Name));
     if (layout.fixed.count(Column::Description)) b.description(cell(Column::Description));

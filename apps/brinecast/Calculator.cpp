@@ -1,10 +1,17 @@
 #include "brinecast/Calculator.h"
 
 #include "brinecast/EngineDensity.h"
+#include "brinecast/EngineLocator.h"
 #include "brinecast/InputError.h"
 #include "brinecast/LibraryBasis.h"
 #include "brinecast/NumberText.h"
+#include "brinecast/SolutionCheck.h"
 #include "brinecast/UnitNames.h"
+#include "brinecast/Utf8Text.h"
+
+#include "engine/Platform.h"
+
+#include <stdexcept>
 
 #include <cmath>
 #include <utility>
@@ -34,8 +41,20 @@ std::string imbalanceWarning(const ChargeBalance& c) {
 
 void fail(AnalysisResult& r, Status status, const std::string& message, std::string hint) {
     r.status = status;
-    r.error = message;
+    r.error = Utf8Text::oneLine(message);
     r.hint = std::move(hint);
+}
+
+/// The library's message for an engine that does not load names no file and no reason, and it
+/// is fixed; the program asks the loader itself which file it tried and why that failed.
+std::string withLoadReason(const std::string& message, const std::string& directory) {
+    if (!contains(message, "dll could not be loaded")) return message;
+    const std::string path = directory + "/" + EngineLocator::kLibraryFile;
+    const std::string reason = platform::libraryLoadError(path);
+    return message + ": " + path +
+           (reason.empty() ? " loads when tried alone, so one of the library's other engine "
+                             "file names was picked and failed"
+                           : " does not load (" + reason + ")");
 }
 
 }  // namespace
@@ -43,9 +62,12 @@ void fail(AnalysisResult& r, Status status, const std::string& message, std::str
 double Calculator::engineDensity(AnalysisResult& r) const {
     try {
         return EngineDensity::of(input(r.analysis, 0.0));
+    } catch (const std::invalid_argument& e) {
+        fail(r, Status::Invalid, r.analysis.source + ": " + e.what(), "");
+        return NAN;
     } catch (const std::exception& e) {
         const std::string hint = hintFor(e.what());
-        fail(r, Status::Failed, e.what(),
+        fail(r, Status::Failed, withLoadReason(e.what(), engineDirectory_),
              !hint.empty() ? hint
                            : "The engine could not compute the brine density of this analysis "
                              "at these conditions: give the density (g/cm3) in the analysis.");
@@ -104,8 +126,16 @@ void Calculator::prepare(AnalysisResult& r) const {
             r.densityGcm3 = 1.0;
             r.densitySource = DensitySource::NotNeeded;
         }
+        if (r.status != Status::Ok) return;
+        const bool computed = r.densitySource == DensitySource::Engine;
+        SolutionCheck::requireSolution(r.analysis, r.densityGcm3, computed);
+        for (std::string& w : SolutionCheck::warnings(r.analysis, computed, r.densityGcm3)) {
+            r.warnings.push_back(std::move(w));
+        }
     } catch (const InputError& e) {
         fail(r, Status::Invalid, e.what(), "");
+    } catch (const std::invalid_argument& e) {
+        fail(r, Status::Invalid, r.analysis.source + ": " + e.what(), "");
     } catch (const std::exception& e) {
         fail(r, Status::Failed, e.what(), hintFor(e.what()));
     }
@@ -124,6 +154,10 @@ void Calculator::calculate(AnalysisResult& r) const {
         r.pH = result.output.pH;
         r.solver = result.diagnostics;
         r.check = SpeciationCheck::check(LibraryBasis::of(in), result.output.pH, result.output.species.values);
+    } catch (const std::invalid_argument& e) {
+        // The library refuses input outside its data's range this way: the analysis' fault.
+        fail(r, Status::Invalid, r.analysis.source + ": " + e.what(), "");
+        return;
     } catch (const std::exception& e) {
         fail(r, Status::Failed, e.what(), hintFor(e.what()));
         return;
