@@ -2,6 +2,7 @@
 
 #include "brinecast/NumberText.h"
 #include "brinecast/UnitNames.h"
+#include "brinecast/Utf8Text.h"
 
 #include <rapidjson/prettywriter.h>
 #include <rapidjson/stringbuffer.h>
@@ -21,9 +22,15 @@ void BalanceReport::writeTable(std::ostream& out, const std::vector<Entry>& entr
             << ' ' << c.unitName() << ", " << NumberText::fixed(c.errorPercent(), 2)
             << " % of the total charge of " << NumberText::significant(c.total(), 4) << ' '
             << c.unitName() << (c.large() ? " (large: the pH would not be meaningful)" : "") << '\n'
-            << "  To cancel it    " << (e.amount >= 0.0 ? "add " : "take away ")
-            << NumberText::significant(std::abs(e.amount), 6) << ' '
-            << UnitNames::concentrationName(e.analysis.unit) << " of " << element << '\n';
+            << "  To cancel it    ";
+        if (!e.cannotCancel.empty()) {
+            out << "not possible with " << element << ": the analysis holds less than the "
+                << NumberText::significant(-e.amount, 6) << ' '
+                << UnitNames::concentrationName(e.analysis.unit) << " to take away\n";
+            continue;
+        }
+        out << (e.amount >= 0.0 ? "add " : "take away ") << NumberText::significant(std::abs(e.amount), 6)
+            << ' ' << UnitNames::concentrationName(e.analysis.unit) << " of " << element << '\n';
         if (e.amount < 0.0) out << "                  (or add an ion of the other charge sign)\n";
         out << "  Apply it with   brinecast speciate " << file << " --balance-with " << ion << '\n';
     }
@@ -36,11 +43,16 @@ void BalanceReport::writeJson(std::ostream& out, const std::vector<Entry>& entri
     w.SetIndent(' ', 2);
     auto text = [&](const char* key, const std::string& value) {
         w.Key(key);
-        w.String(value.c_str(), static_cast<rapidjson::SizeType>(value.size()));
+        const std::string valid = Utf8Text::repaired(value);  // the report stays JSON
+        w.String(valid.c_str(), static_cast<rapidjson::SizeType>(valid.size()));
     };
     auto number = [&](const char* key, double value) {
         w.Key(key);
-        w.Double(value);
+        if (std::isfinite(value)) {
+            w.Double(value);
+        } else {
+            w.Null();  // JSON has no infinity; a writer refusing one would leave half a file
+        }
     };
     w.StartObject();
     w.Key("analyses");
@@ -55,6 +67,8 @@ void BalanceReport::writeJson(std::ostream& out, const std::vector<Entry>& entri
         number("errorPercent", e.charge.errorPercent());
         text("element", element);
         number("amount", e.amount);
+        w.Key("cancellable");
+        w.Bool(e.cannotCancel.empty());
         text("unit", UnitNames::concentrationName(e.analysis.unit));
         w.EndObject();
     }

@@ -17,6 +17,7 @@ public:
         Analysis analysis;
         ChargeBalance charge;
         double amount = 0.0;  ///< to add; negative to take away
+        std::string cannotCancel;  ///< why the ion cannot cancel it; empty when it can
     };
 
     /// `element` is the library's name; `ion` and `file` as the user gave them, for the

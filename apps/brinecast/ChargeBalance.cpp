@@ -47,24 +47,28 @@ double ChargeBalance::amountToCancel(const std::string& element) const {
     return getIonAmountToBalanceCharge(element, unit_, net_);
 }
 
+std::string ChargeBalance::cannotCancel(const Analysis& a, const std::string& element, double amount) {
+    if (amount >= 0.0) return "";
+    double held = 0.0;
+    for (const NameValue& e : a.elements) {
+        if (e.name == element) held = e.value;
+    }
+    if (held + amount >= 0.0) return "";
+    const std::string unit = UnitNames::concentrationName(a.unit);
+    return a.source + ": the charge imbalance cannot be cancelled with " + element + ": that would "
+           "take away " + NumberText::significant(-amount, 6) + " " + unit + " of " + element +
+           " but the analysis holds " + NumberText::significant(held, 6) + " " + unit +
+           "; cancel it with an ion of the other charge sign, such as " +
+           (isCation(element) ? "Cl" : "Na");
+}
+
 void ChargeBalance::add(Analysis& a, const std::string& element, double amount) {
+    const std::string why = cannotCancel(a, element, amount);
+    if (!why.empty()) throw InputError(why);
     for (NameValue& e : a.elements) {
         if (e.name != element) continue;
-        if (e.value + amount < 0.0) {
-            throw InputError(a.source + ": balancing with " + element + " would take away " +
-                             NumberText::significant(-amount, 6) + " " +
-                             UnitNames::concentrationName(a.unit) + " but the analysis holds " +
-                             NumberText::significant(e.value, 6) +
-                             "; balance with an ion of the other charge sign");
-        }
         e.value += amount;
         return;
-    }
-    if (amount < 0.0) {
-        throw InputError(a.source + ": balancing with " + element + " would need a negative " +
-                         "amount (" + NumberText::significant(amount, 6) +
-                         ") of an ion the analysis does not hold; balance with an ion of the "
-                         "other charge sign");
     }
     a.elements.push_back({element, amount});
 }

@@ -22,8 +22,12 @@ public:
     /// (`getIonAmountToBalanceCharge`); negative when that much must be taken away.
     double amountToCancel(const std::string& element) const;
 
+    /// Why `amount` of `element` cannot be added to the analysis (it would take away more than
+    /// the analysis holds), naming the ion to use instead; empty when it can.
+    static std::string cannotCancel(const Analysis& analysis, const std::string& element,
+                                    double amount);
     /// Adds `amount` of `element` to the analysis (appending the element when absent). Throws
-    /// `InputError` when that would leave a negative amount.
+    /// `InputError` with `cannotCancel`'s message when that would leave a negative amount.
     static void add(Analysis& analysis, const std::string& element, double amount);
 
     double net() const { return net_; }

@@ -10,9 +10,13 @@
 #include "brinecast/JsonReport.h"
 #include "brinecast/ProgressBar.h"
 #include "brinecast/NumberText.h"
+#include "brinecast/ReadLimits.h"
 #include "brinecast/TableReport.h"
 #include "brinecast/TextTable.h"
 #include "brinecast/UnitNames.h"
+#include "brinecast/Utf8Text.h"
+
+#include <sys/stat.h>
 
 #include <cctype>
 #include <cerrno>
@@ -47,12 +51,29 @@ bool endsWith(const std::string& s, const std::string& suffix) {
 void report(std::ostream& err, const std::vector<AnalysisResult>& results) {
     for (const AnalysisResult& r : results) {
         if (r.status == Status::Invalid) {
-            err << "brinecast: " << r.error << '\n';
+            err << "brinecast: " << Utf8Text::oneLine(r.error) << '\n';
         } else if (!r.calculated() || r.status == Status::NotClosed) {
-            err << "brinecast: " << r.analysis.source << ": calculation failed: " << r.error
-                << '\n';
+            err << "brinecast: " << Utf8Text::oneLine(r.analysis.source) << ": calculation failed: "
+                << Utf8Text::oneLine(r.error) << '\n';
         }
     }
+}
+
+/// Why `file` is not an analysis file that can be read whole, or empty when it is one.
+std::string unreadable(const std::string& file) {
+    struct stat info {};
+    if (stat(file.c_str(), &info) != 0) {
+        return file + ": cannot be read (" + std::strerror(errno) + "); check the file name";
+    }
+    if (S_ISDIR(info.st_mode)) {
+        return file + ": is a directory; give the analysis files in it (.json or .csv)";
+    }
+    if (S_ISREG(info.st_mode) && static_cast<std::size_t>(info.st_size) > ReadLimits::kMaxFileBytes) {
+        return file + ": the file holds " + std::to_string(info.st_size) + " bytes, more than the " +
+               std::to_string(ReadLimits::kMaxFileBytes) + " an analysis file may; split it into "
+               "smaller files";
+    }
+    return "";
 }
 
 }  // namespace
@@ -60,6 +81,11 @@ void report(std::ostream& err, const std::vector<AnalysisResult>& results) {
 std::vector<AnalysisResult> Commands::load(const std::vector<std::string>& files) const {
     std::vector<AnalysisResult> results;
     for (const std::string& file : files) {
+        const std::string why = unreadable(file);
+        if (!why.empty()) {
+            results.push_back(invalid(file, why));
+            continue;
+        }
         std::ifstream in(file, std::ios::binary);
         if (!in) {
             results.push_back(invalid(file, file + ": cannot be read (" + std::strerror(errno) +
@@ -184,7 +210,9 @@ int Commands::batch(const std::string& input, const std::string& output, const O
     CsvReport::write(output == "-" ? out_ : file, results, true);
     // Row messages are in the result file; a problem with the file as a whole is said here.
     for (const AnalysisResult& r : results) {
-        if (r.status == Status::Invalid && r.analysis.source == input) err_ << "brinecast: " << r.error << '\n';
+        if (r.status == Status::Invalid && r.analysis.source == input) {
+            err_ << "brinecast: " << Utf8Text::oneLine(r.error) << '\n';
+        }
     }
     std::size_t ok = 0, failed = 0, bad = 0;
     for (const AnalysisResult& r : results) {
@@ -199,12 +227,18 @@ int Commands::batch(const std::string& input, const std::string& output, const O
 int Commands::balance(const std::string& file, const std::string& ion, const Options& options) {
     const std::optional<std::string> element = balancingElement(ion);
     if (!element) return kBadInput;
-    const std::vector<AnalysisResult> loaded = load({file});
+    std::vector<AnalysisResult> loaded = load({file});
     std::vector<BalanceReport::Entry> entries;
-    for (const AnalysisResult& r : loaded) {
+    for (AnalysisResult& r : loaded) {
         if (r.status == Status::Invalid) continue;
         const ChargeBalance charge = ChargeBalance::of(r.analysis);
-        entries.push_back({r.analysis, charge, charge.amountToCancel(*element)});
+        const double amount = charge.amountToCancel(*element);
+        entries.push_back({r.analysis, charge, amount, ChargeBalance::cannotCancel(r.analysis, *element, amount)});
+        // The ion asked for cannot do it: the user's choice is what has to change.
+        if (!entries.back().cannotCancel.empty()) {
+            r.status = Status::Invalid;
+            r.error = entries.back().cannotCancel;
+        }
     }
     if (options.format == "json") {
         BalanceReport::writeJson(out_, entries, *element);

@@ -2,6 +2,7 @@
 // commands themselves are in Commands.
 #include "brinecast/Commands.h"
 #include "brinecast/EngineLocator.h"
+#include "brinecast/Utf8Text.h"
 
 #include <CLI/CLI.hpp>
 
@@ -11,9 +12,42 @@
 #include <exception>
 #include <iostream>
 #include <map>
+#include <stdexcept>
 #include <string>
 
 namespace cli = korvane::Brinecast::cli;
+
+namespace {
+
+/// The first argument that is not an option or an option's value: what the user meant as the
+/// command.
+std::string commandWord(int argc, char** argv) {
+    for (int i = 1; i < argc; ++i) {
+        const std::string arg = argv[i];
+        if (arg.empty() || arg[0] != '-') return arg;
+        if (arg == "--engine-dir" || arg == "--method") ++i;  // their value follows
+    }
+    return "";
+}
+
+/// CLI11's own message, said the way the program's other messages are: with the cause and
+/// what to type instead.
+std::string usageMessage(const CLI::App& app, const CLI::ParseError& error, int argc, char** argv) {
+    std::string commands;
+    for (const CLI::App* c : app.get_subcommands({})) {
+        commands += (commands.empty() ? "" : ", ") + c->get_name();
+    }
+    const std::string word = commandWord(argc, argv);
+    bool known = false;
+    for (const CLI::App* c : app.get_subcommands({})) known = known || c->get_name() == word;
+    if (word.empty()) return "a command is required; the commands are " + commands +
+                             " (brinecast --help tells what each does)";
+    if (!known) return "unknown command '" + cli::Utf8Text::oneLine(word) + "'; the commands are " +
+                       commands + " (brinecast --help tells what each does)";
+    return cli::Utf8Text::oneLine(error.what()) + "; brinecast " + word + " --help lists its options";
+}
+
+}  // namespace
 
 int main(int argc, char** argv) {
     CLI::App app{"Aqueous speciation and pH of oil- and gas-field produced water.\n"
@@ -82,8 +116,10 @@ int main(int argc, char** argv) {
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& e) {
+        if (e.get_exit_code() == 0) return app.exit(e);  // --help
         // Usage errors share the bad-input status, whatever code CLI11 gives them.
-        return app.exit(e) == 0 ? 0 : cli::Commands::kBadInput;
+        std::cerr << "brinecast: " << usageMessage(app, e, argc, argv) << '\n';
+        return cli::Commands::kBadInput;
     }
 
     if (options.engineDirectory.empty()) {
@@ -99,8 +135,12 @@ int main(int argc, char** argv) {
         if (*balance) return commands.balance(files.front(), ion, options);
         if (*batch) return commands.batch(files.front(), output, options);
         if (*elements) return commands.elements();
+    } catch (const std::invalid_argument& e) {
+        // The library refuses input outside its data's range this way.
+        std::cerr << "brinecast: " << cli::Utf8Text::oneLine(e.what()) << '\n';
+        return cli::Commands::kBadInput;
     } catch (const std::exception& e) {
-        std::cerr << "brinecast: " << e.what() << '\n';
+        std::cerr << "brinecast: " << cli::Utf8Text::oneLine(e.what()) << '\n';
         return cli::Commands::kCalculationFailed;
     }
     return cli::Commands::kBadInput;
