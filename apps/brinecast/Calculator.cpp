@@ -52,8 +52,8 @@ std::string withLoadReason(const std::string& message, const std::string& direct
     const std::string path = directory + "/" + EngineLocator::kLibraryFile;
     const std::string reason = platform::libraryLoadError(path);
     return message + ": " + path +
-           (reason.empty() ? " loads when tried alone, so one of the library's other engine "
-                             "file names was picked and failed"
+           (reason.empty() ? " loads when tried alone; the library failed on another of its "
+                             "engine file names"
                            : " does not load (" + reason + ")");
 }
 

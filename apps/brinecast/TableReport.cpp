@@ -4,6 +4,7 @@
 #include "brinecast/ResultText.h"
 #include "brinecast/TextTable.h"
 #include "brinecast/UnitNames.h"
+#include "brinecast/Utf8Text.h"
 
 #include <cmath>
 
@@ -103,7 +104,7 @@ void species(std::ostream& out, const AnalysisResult& r, const ComponentNames& n
 
 void writeOne(std::ostream& out, const AnalysisResult& r, const ComponentNames& names) {
     const Analysis& a = r.analysis;
-    out << (a.name.empty() ? a.source : a.name) << '\n';
+    out << Utf8Text::oneLine(a.name.empty() ? a.source : a.name) << '\n';
     field(out, "Source", a.source);
     if (!a.description.empty()) field(out, "Description", a.description);
     if (r.status == Status::Invalid) {
@@ -150,7 +151,7 @@ void TableReport::writeSpeciation(std::ostream& out, const std::vector<AnalysisR
 void TableReport::writePH(std::ostream& out, const std::vector<AnalysisResult>& results) {
     TextTable table({"Analysis", "pH", "Status"}, {false, true, false});
     for (const AnalysisResult& r : results) {
-        const std::string name = r.analysis.name.empty() ? r.analysis.source : r.analysis.name;
+        const std::string name = Utf8Text::oneLine(r.analysis.name.empty() ? r.analysis.source : r.analysis.name);
         // Messages go to standard error, one per analysis; the table stays one line each.
         table.add({name, r.calculated() ? NumberText::fixed(r.pH, 3) : "",
                    ResultText::status(r.status)});

@@ -30,6 +30,17 @@ std::string commandWord(int argc, char** argv) {
     return "";
 }
 
+/// The value given to `option`, as "--option VALUE" or "--option=VALUE"; the last one counts.
+std::string optionValue(int argc, char** argv, const std::string& option) {
+    std::string value;
+    for (int i = 1; i < argc; ++i) {
+        const std::string arg = argv[i];
+        if (arg == option && i + 1 < argc) value = argv[i + 1];
+        if (arg.rfind(option + "=", 0) == 0) value = arg.substr(option.size() + 1);
+    }
+    return value;
+}
+
 /// CLI11's own message, said the way the program's other messages are: with the cause and
 /// what to type instead.
 std::string usageMessage(const CLI::App& app, const CLI::ParseError& error, int argc, char** argv) {
@@ -44,7 +55,13 @@ std::string usageMessage(const CLI::App& app, const CLI::ParseError& error, int 
                              " (brinecast --help tells what each does)";
     if (!known) return "unknown command '" + cli::Utf8Text::oneLine(word) + "'; the commands are " +
                        commands + " (brinecast --help tells what each does)";
-    return cli::Utf8Text::oneLine(error.what()) + "; brinecast " + word + " --help lists its options";
+    const std::string what = cli::Utf8Text::oneLine(error.what());
+    // CLI11 words a failed choice as its internal mapping; say the choices instead.
+    if (what.rfind("--method:", 0) == 0) {
+        return "--method: '" + cli::Utf8Text::oneLine(optionValue(argc, argv, "--method")) +
+               "' is not a solver; use auto, robust or specified";
+    }
+    return what + "; brinecast " + word + " --help lists its options";
 }
 
 }  // namespace
