@@ -11,9 +11,8 @@
 
 #include "engine/Platform.h"
 
-#include <stdexcept>
-
 #include <cmath>
+#include <stdexcept>
 #include <utility>
 
 namespace korvane::Brinecast::cli {
