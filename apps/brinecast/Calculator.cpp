@@ -69,7 +69,9 @@ double Calculator::engineDensity(AnalysisResult& r) const {
         fail(r, Status::Failed, withLoadReason(e.what(), engineDirectory_),
              !hint.empty() ? hint
                            : "The engine could not compute the brine density of this analysis "
-                             "at these conditions: give the density (g/cm3) in the analysis.");
+                             "at these conditions (the reference engine covers brines up to 6 "
+                             "mol/kgw of NaCl, up to 100 MPa): give the density (g/cm3) in the "
+                             "analysis.");
         return NAN;
     }
 }
