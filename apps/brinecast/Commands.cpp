@@ -23,7 +23,6 @@
 #include <cmath>
 #include <cstring>
 #include <fstream>
-#include <sstream>
 
 namespace korvane::Brinecast::cli {
 namespace {
@@ -59,6 +58,11 @@ void report(std::ostream& err, const std::vector<AnalysisResult>& results) {
     }
 }
 
+std::string tooLarge(const std::string& file) {
+    return file + ": the file is larger than the " + std::to_string(ReadLimits::kMaxFileBytes) +
+           " bytes (64 MiB) an analysis file may hold; split it into smaller files";
+}
+
 /// Why `file` is not an analysis file that can be read whole, or empty when it is one.
 std::string unreadable(const std::string& file) {
     struct stat info {};
@@ -69,9 +73,7 @@ std::string unreadable(const std::string& file) {
         return file + ": is a directory; give the analysis files in it (.json or .csv)";
     }
     if (S_ISREG(info.st_mode) && static_cast<std::size_t>(info.st_size) > ReadLimits::kMaxFileBytes) {
-        return file + ": the file holds " + std::to_string(info.st_size) + " bytes, more than the " +
-               std::to_string(ReadLimits::kMaxFileBytes) + " an analysis file may; split it into "
-               "smaller files";
+        return tooLarge(file);
     }
     return "";
 }
@@ -92,11 +94,19 @@ std::vector<AnalysisResult> Commands::load(const std::vector<std::string>& files
                                                 "); check the file name"));
             continue;
         }
-        std::ostringstream text;
-        text << in.rdbuf();
+        // Read no more than the limit: a pipe or a device has no size to check beforehand.
+        std::string text;
+        char chunk[1 << 16];
+        while (text.size() <= ReadLimits::kMaxFileBytes && in.read(chunk, sizeof chunk).gcount() > 0) {
+            text.append(chunk, static_cast<std::size_t>(in.gcount()));
+        }
+        if (text.size() > ReadLimits::kMaxFileBytes) {
+            results.push_back(invalid(file, tooLarge(file)));
+            continue;
+        }
         try {
             if (endsWith(file, ".csv")) {
-                for (AnalysisCsvReader::Row& row : AnalysisCsvReader(names_).read(text.str(), file)) {
+                for (AnalysisCsvReader::Row& row : AnalysisCsvReader(names_).read(text, file)) {
                     if (row.analysis) {
                         AnalysisResult r;
                         r.analysis = std::move(*row.analysis);
@@ -107,7 +117,7 @@ std::vector<AnalysisResult> Commands::load(const std::vector<std::string>& files
                     }
                 }
             } else {
-                for (Analysis& a : AnalysisJsonReader(names_).read(text.str(), file)) {
+                for (Analysis& a : AnalysisJsonReader(names_).read(text, file)) {
                     AnalysisResult r;
                     r.analysis = std::move(a);
                     results.push_back(std::move(r));
