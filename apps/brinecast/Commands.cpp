@@ -183,7 +183,7 @@ int Commands::batch(const std::string& input, const std::string& output, const O
     StreamingBatch::Counts counts;
     int code = kOk;
     if (streamBatch(input, out, options, counts, code)) {
-        if (counts.rows() == 0) return code;  // an option was refused: nothing was calculated
+        if (counts.rows() == 0) return code;  // nothing calculated: an option was refused
     } else {
         const std::vector<AnalysisResult> results = calculate({input}, options, code);
         if (results.empty()) return code;
@@ -216,7 +216,15 @@ bool Commands::streamBatch(const std::string& input, std::ostream& out, const Op
     const std::optional<StreamingBatch::Plan> plan = batch.plan(input);
     if (!plan) return false;  // the file as a whole is reported as for any other command
     ProgressBar bar(err_, options.progress, plan->rows);
-    counts = batch.run(input, *plan, out, options.threads, [&](std::size_t done) { bar.show(done); });
+    try {
+        counts = batch.run(input, *plan, out, options.threads, [&](std::size_t done) { bar.show(done); });
+    } catch (const InputError& e) {
+        // Only a file changed between the two readings gets here: the rows written stay.
+        bar.finish();
+        err_ << "brinecast: " << e.what() << " (the file changed while the batch ran)\n";
+        status = kBadInput;
+        return true;
+    }
     bar.finish();
     status = counts.invalid > 0 ? kBadInput : counts.failed > 0 ? kCalculationFailed : kOk;
     return true;
