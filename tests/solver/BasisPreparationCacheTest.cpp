@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -46,6 +47,8 @@ std::vector<Names> basisLists() {
             Names basis{"H2O", "H+"};
             for (std::size_t s = 0; s <= count; ++s) basis.push_back(solutes[(first + s) % solutes.size()]);
             lists.push_back(basis);
+            std::reverse(basis.begin() + 2, basis.end());  // the same solutes, another basis list
+            if (count > 0) lists.push_back(basis);
         }
     }
     return lists;
@@ -64,16 +67,18 @@ TEST(BasisPreparationCache, HandsBackWhatTheIndexPicksWhateverItHolds) {
     for (int pass = 0; pass < 3; ++pass) {
         for (std::size_t i = 0; i < lists.size(); ++i) {
             const ReactionIndex& by = i % 2 == 0 ? index : other;
-            const double temperatureK = 298.15 + 5.0 * ((i + pass) % 3);
-            expectSameSystem(cache.system(by, lists[i], temperatureK), by.select(lists[i], temperatureK),
-                             "list " + std::to_string(i) + " pass " + std::to_string(pass));
+            // Each list is asked for twice: the second time it is held, at another temperature.
+            for (const double temperatureK : {298.15 + 5.0 * ((i + pass) % 3), 350.0 + pass}) {
+                expectSameSystem(cache.system(by, lists[i], temperatureK), by.select(lists[i], temperatureK),
+                                 "list " + std::to_string(i) + " pass " + std::to_string(pass) + " at " +
+                                     std::to_string(temperatureK) + " K");
+            }
             EXPECT_LE(cache.size(), cache.capacity());
         }
     }
-    // A list used again at once is not prepared again, whatever its temperature.
+    // A list held is not prepared again, whatever its temperature; one pushed out is.
     const auto prepared = cache.preparations();
-    cache.system(index, lists[0], 300.0);
-    cache.system(index, lists[0], 310.0);
+    for (int again = 0; again < 3; ++again) cache.system(index, lists[0], 300.0 + again);
     EXPECT_EQ(cache.preparations(), prepared + 1);
 }
 
