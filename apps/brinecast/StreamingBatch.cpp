@@ -1,15 +1,15 @@
 #include "brinecast/StreamingBatch.h"
 
-#include "brinecast/AnalysisCsvReader.h"
 #include "brinecast/BatchRunner.h"
-#include "brinecast/CsvChunkReader.h"
 #include "brinecast/CsvReport.h"
 #include "brinecast/InputError.h"
 #include "brinecast/LibraryBasis.h"
 
 #include <algorithm>
 #include <fstream>
+#include <iterator>
 #include <sstream>
+#include <thread>
 #include <unordered_set>
 #include <utility>
 
@@ -50,10 +50,34 @@ StreamingBatch::StreamingBatch(const ComponentNames& names, const Calculator& ca
     : names_(names), calculator_(calculator), balanceWith_(std::move(balanceWith)),
       chunkRows_(std::max<std::size_t>(chunkRows, 1)) {}
 
-std::vector<AnalysisResult> StreamingBatch::results(const std::string& chunk,
-                                                    const std::string& fileName) const {
+std::vector<AnalysisCsvReader::Row> StreamingBatch::nextRows(CsvChunkReader& chunks, const std::string& fileName,
+                                                             unsigned threads) const {
+    if (threads == 0) threads = std::max(1u, std::thread::hardware_concurrency());
+    // One table per thread: each repeats the header and the blank lines before its rows, so
+    // that reading cost grows with the tables, and a few per chunk keep it small.
+    std::vector<std::string> tables;
+    for (unsigned t = 0; t < threads; ++t) {
+        std::string table = chunks.next((chunkRows_ + threads - 1) / threads);
+        if (table.empty()) break;
+        tables.push_back(std::move(table));
+    }
+    std::vector<std::vector<AnalysisCsvReader::Row>> parsed(tables.size());
+    BatchRunner::run(
+        tables.size(), threads,
+        [&](std::size_t t) { parsed[t] = AnalysisCsvReader(names_).read(tables[t], fileName); },
+        [](std::size_t) {});
+    std::vector<AnalysisCsvReader::Row> rows;
+    for (std::vector<AnalysisCsvReader::Row>& part : parsed) {
+        rows.insert(rows.end(), std::make_move_iterator(part.begin()), std::make_move_iterator(part.end()));
+    }
+    return rows;
+}
+
+std::vector<AnalysisResult> StreamingBatch::results(std::vector<AnalysisCsvReader::Row> rows,
+                                                    const std::string& fileName) {
     std::vector<AnalysisResult> results;
-    for (AnalysisCsvReader::Row& row : AnalysisCsvReader(names_).read(chunk, fileName)) {
+    results.reserve(rows.size());
+    for (AnalysisCsvReader::Row& row : rows) {
         AnalysisResult r;
         if (row.analysis) {
             r.analysis = std::move(*row.analysis);
@@ -68,7 +92,7 @@ std::vector<AnalysisResult> StreamingBatch::results(const std::string& chunk,
     return results;
 }
 
-std::optional<StreamingBatch::Plan> StreamingBatch::plan(const std::string& fileName) const {
+std::optional<StreamingBatch::Plan> StreamingBatch::plan(const std::string& fileName, unsigned threads) const {
     std::ifstream in(fileName, std::ios::binary);
     if (!in) return std::nullopt;
     CsvChunkReader chunks(in);
@@ -76,8 +100,8 @@ std::optional<StreamingBatch::Plan> StreamingBatch::plan(const std::string& file
     std::vector<std::string>& columns = plan.species;
     std::unordered_set<std::string> named, seenBases;
     try {
-        for (std::string chunk = chunks.next(chunkRows_); !chunk.empty(); chunk = chunks.next(chunkRows_)) {
-            for (const AnalysisCsvReader::Row& row : AnalysisCsvReader(names_).read(chunk, fileName)) {
+        for (auto rows = nextRows(chunks, fileName, threads); !rows.empty(); rows = nextRows(chunks, fileName, threads)) {
+            for (const AnalysisCsvReader::Row& row : rows) {
                 if (!row.analysis || !seenBases.insert(basisKey(*row.analysis, balanceWith_)).second) continue;
                 try {
                     for (std::string& species : LibraryBasis::reportedSpecies(basisInput(*row.analysis, balanceWith_))) {
@@ -103,8 +127,8 @@ StreamingBatch::Counts StreamingBatch::run(const std::string& fileName, const Pl
     CsvChunkReader chunks(in);
     Counts counts;
     CsvReport::writeHeader(out, species, true);
-    for (std::string chunk = chunks.next(chunkRows_); !chunk.empty(); chunk = chunks.next(chunkRows_)) {
-        std::vector<AnalysisResult> rows = results(chunk, fileName);
+    for (auto read = nextRows(chunks, fileName, threads); !read.empty(); read = nextRows(chunks, fileName, threads)) {
+        std::vector<AnalysisResult> rows = results(std::move(read), fileName);
         // The engine's first load is not guarded: it is loaded here, before the workers start.
         // Without an engine, each per-litre analysis tries again, so they go one at a time.
         const bool engineReady = !Calculator::needsEngine(rows) || calculator_.loadEngine();

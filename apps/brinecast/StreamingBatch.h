@@ -1,6 +1,8 @@
 #pragma once
 
+#include "brinecast/AnalysisCsvReader.h"
 #include "brinecast/Calculator.h"
+#include "brinecast/CsvChunkReader.h"
 #include "brinecast/ComponentNames.h"
 
 #include <cstddef>
@@ -39,7 +41,7 @@ public:
 
     /// The plan of `fileName`, or nothing when the file as a whole cannot be read as a batch
     /// (unreadable, bad header, no rows): the caller then reports it as for any other file.
-    std::optional<Plan> plan(const std::string& fileName) const;
+    std::optional<Plan> plan(const std::string& fileName, unsigned threads = 0) const;
 
     /// Calculates every row of `fileName` on `threads` threads (0: one per core) and writes the
     /// result CSV to `out`, header first, chunk by chunk. `progress(done)` is called while the
@@ -50,8 +52,12 @@ public:
     static constexpr std::size_t kDefaultChunkRows = 2048;
 
 private:
-    /// The rows of one chunk as results to calculate, invalid rows marked as `load` marks them.
-    std::vector<AnalysisResult> results(const std::string& chunk, const std::string& fileName) const;
+    /// The next chunk's rows, read as one table per thread and parsed on `threads` threads;
+    /// empty at the end of the file. Throws `InputError` for a problem with the file as a whole.
+    std::vector<AnalysisCsvReader::Row> nextRows(CsvChunkReader& chunks, const std::string& fileName,
+                                                 unsigned threads) const;
+    /// Rows as results to calculate, unreadable rows marked invalid as `Commands::load` marks them.
+    static std::vector<AnalysisResult> results(std::vector<AnalysisCsvReader::Row> rows, const std::string& fileName);
 
     const ComponentNames& names_;
     const Calculator& calculator_;
