@@ -81,12 +81,12 @@ void resolveGases(const std::vector<NameValue>& gases, const ElementTable& table
 /// Marks, for each basis species shared by an element and a gas, the last element that carries
 /// it: the gas amount joins that element's total instead of becoming a basis of its own. The
 /// lookups fail in the order of an element-by-gas comparison: the first element, then every
-/// gas, then the other elements. Returns how many basis species are shared.
+/// gas, then the other elements, whose basis species are looked up even without gases. Returns
+/// how many basis species are shared.
 std::size_t mergeGasesIntoElements(const Input& input, const ElementTable& table, Scratch& s) {
     const std::vector<NameValue>& elements = input.elements.values;
     if (elements.empty()) return 0;
     const std::string& firstBasis = table.basisSpecies(elements[0].name);
-    if (input.gases.values.empty()) return 0;
     resolveGases(input.gases.values, table, s);
     std::size_t shared = 0;
     for (std::size_t i = 0; i < elements.size(); ++i) {
@@ -190,7 +190,7 @@ ProcessedInput processInput(const Input& input, const SpeciesModel& model) {
         if (i == 0) sum = conversionSum(in.elements, table);
         totals[2 + i] = toMolality(in.elements, i, in.density, molarMass, sum);
     }
-    if (s.gasBasis.empty()) resolveGases(gases, table, s);
+    if (elements.empty()) resolveGases(gases, table, s);
     for (std::size_t j = 0; j < gases.size(); ++j) {
         const std::size_t element = s.carryingElement[s.gasShare[j]];
         if (element != kNoElement) {

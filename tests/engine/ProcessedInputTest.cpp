@@ -156,16 +156,25 @@ TEST(ProcessInput, TotalsEqualTheConversionOfEachElementBitForBit) {
 // Which lookup fails first when several names are unknown: the first element, then the gases,
 // then the other elements, as when every element is compared with every gas.
 TEST(ProcessInput, UnknownNamesFailInListOrder) {
+    const auto unknownUnit = static_cast<ConcentUnit>(9);  // refused only when converting
     const struct {
         std::vector<NameValue> elements, gases;
+        ConcentUnit unit;
         const char* message;
     } cases[] = {
-        {{{"Xx", 1.0}, {"Na", 1.0}}, {{"Yy", 0.1}}, "Element name not found."},
-        {{{"Na", 1.0}, {"Xx", 1.0}}, {{"Yy", 0.1}}, "Gas name not found!"},
-        {{{"Na", 1.0}, {"Xx", 1.0}}, {{"CO2", 0.1}}, "Element name not found."},
-        {{}, {{"CO2", 0.1}, {"Yy", 0.1}}, "Gas name not found!"},
+        {{{"Xx", 1.0}, {"Na", 1.0}}, {{"Yy", 0.1}}, MolPerKgw, "Element name not found."},
+        {{{"Na", 1.0}, {"Xx", 1.0}}, {{"Yy", 0.1}}, MolPerKgw, "Gas name not found!"},
+        {{{"Na", 1.0}, {"Xx", 1.0}}, {{"CO2", 0.1}}, MolPerKgw, "Element name not found."},
+        {{}, {{"CO2", 0.1}, {"Yy", 0.1}}, MolPerKgw, "Gas name not found!"},
+        // Every element's basis species is looked up before the first conversion meets the unit.
+        {{{"Na", 1.0}, {"Xx", 1.0}}, {}, unknownUnit, "Element name not found."},
+        {{{"Na", 1.0}, {"Cl", 1.0}}, {}, unknownUnit, "Concentration unit not found."},
     };
-    for (const auto& c : cases) expectFailure<std::logic_error>(analysis(c.elements, MolPerKgw, c.gases), c.message);
+    for (const auto& c : cases) {
+        Input input = analysis(c.elements, c.unit, c.gases);
+        input.density = 1.0;  // g/cm3, so that no density is asked of the engine
+        expectFailure<std::logic_error>(input, c.message);
+    }
 }
 
 // Hostile lists: tens of thousands of entries are taken in one pass, give the same answers as
