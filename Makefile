@@ -8,7 +8,7 @@ EXAMPLE  ?= examples/north-sea-formation-water.json
 PREFIX   ?= /usr/local
 MAKEFLAGS += --no-print-directory
 
-.PHONY: deps configure build run test sanitize bench install clean
+.PHONY: deps configure build build-program run test sanitize bench install clean
 
 deps:
 	@scripts/install-deps.sh
@@ -19,7 +19,12 @@ configure: deps
 build: configure
 	@cmake --build $(BUILD) -j $(JOBS)
 
-run: build
+# Only what the report needs: the program, the library it links and the reference engine that
+# gives the density of a per-litre analysis. Tests and benchmarks wait for `make test`.
+build-program: configure
+	@cmake --build $(BUILD) -j $(JOBS) --target brinecast_program brinecast_reference_engine
+
+run: build-program
 	@if [ -x $(BUILD)/apps/brinecast/brinecast ]; then \
 	  $(BUILD)/apps/brinecast/brinecast speciate $(EXAMPLE); \
 	else \

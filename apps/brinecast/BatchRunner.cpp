@@ -10,6 +10,12 @@
 #include <vector>
 
 namespace korvane::Brinecast::cli {
+namespace {
+
+/// How often the calling thread reports progress while the workers run.
+constexpr std::chrono::milliseconds kProgressPoll{100};
+
+}  // namespace
 
 void BatchRunner::run(std::size_t count, unsigned threads,
                       const std::function<void(std::size_t)>& work,
@@ -18,25 +24,29 @@ void BatchRunner::run(std::size_t count, unsigned threads,
     threads = static_cast<unsigned>(std::min<std::size_t>(threads, std::max<std::size_t>(count, 1)));
 
     std::atomic<std::size_t> next{0};
-    std::size_t done = 0;
+    std::atomic<std::size_t> done{0};
+    std::atomic<bool> failed{false};
     std::exception_ptr failure;
-    std::mutex mutex;
-    std::condition_variable changed;
+    std::mutex mutex;  // taken only when an item fails and when the last one is done
+    std::condition_variable finished;
 
     auto worker = [&] {
         for (;;) {
-            const std::size_t i = next.fetch_add(1);
+            const std::size_t i = next.fetch_add(1, std::memory_order_relaxed);
             if (i >= count) return;
             try {
                 work(i);
             } catch (...) {
                 std::lock_guard<std::mutex> lock(mutex);
                 if (!failure) failure = std::current_exception();
+                failed = true;
                 next = count;  // no new items
+                finished.notify_one();
             }
-            std::lock_guard<std::mutex> lock(mutex);
-            ++done;
-            changed.notify_one();
+            if (done.fetch_add(1, std::memory_order_acq_rel) + 1 == count) {
+                std::lock_guard<std::mutex> lock(mutex);
+                finished.notify_one();
+            }
         }
     };
 
@@ -44,21 +54,18 @@ void BatchRunner::run(std::size_t count, unsigned threads,
     pool.reserve(threads);
     for (unsigned t = 0; t < threads; ++t) pool.emplace_back(worker);
     {
+        // Progress is polled, not pushed: an item costs no more than two atomic additions.
         std::unique_lock<std::mutex> lock(mutex);
-        std::size_t reported = static_cast<std::size_t>(-1);
-        while (done < count && !failure) {
-            if (done != reported) {
-                reported = done;
-                lock.unlock();
-                progress(reported);
-                lock.lock();
-            }
-            changed.wait_for(lock, std::chrono::milliseconds(100));
+        while (done.load() < count && !failed.load()) {
+            lock.unlock();
+            progress(done.load());
+            lock.lock();
+            finished.wait_for(lock, kProgressPoll, [&] { return done.load() >= count || failed.load(); });
         }
     }
     for (std::thread& t : pool) t.join();
     if (failure) std::rethrow_exception(failure);
-    progress(done);
+    progress(done.load());
 }
 
 }  // namespace korvane::Brinecast::cli

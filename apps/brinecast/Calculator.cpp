@@ -172,7 +172,7 @@ void Calculator::calculate(AnalysisResult& r) const {
                  : "The result does not match the library's basis reaction set: " + r.check.mismatch,
              "Check the analysis' charge balance (brinecast balance FILE --with Cl) and its "
              "units. The specified solver fails above about 3 mol/kgw of chloride: leave "
-             "--method at auto, or give --method robust.");
+             "--method at robust (the default) or auto.");
     } else if (!(r.pH >= kLowestPlausiblePH && r.pH <= kHighestPlausiblePH)) {
         r.warnings.push_back("pH " + NumberText::significant(r.pH, 4) +
                              " lies outside the range of produced waters (2 to 12): the "
@@ -185,7 +185,7 @@ std::string Calculator::hintFor(const std::string& message) {
     if (contains(message, "Number of trials exceeded")) {
         return "The solver found no solution. Check the analysis' charge balance (brinecast "
                "balance FILE --with Cl) and its units. The specified solver fails above about "
-               "3 mol/kgw of chloride: leave --method at auto, or give --method robust.";
+               "3 mol/kgw of chloride: leave --method at robust (the default) or auto.";
     }
     if (contains(message, "dll could not be loaded") || contains(message, "cannot load korvane")) {
         return "The density of a per-litre analysis that gives none is computed by the engine "

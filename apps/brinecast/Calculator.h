@@ -19,7 +19,7 @@ public:
     /// or ion that cancels each analysis' charge imbalance before the calculation, if any;
     /// `method` is the library's solver (Auto: the specified one, the robust one when that fails).
     Calculator(std::string engineDirectory, std::optional<std::string> balanceWith,
-               Method method = Method::Auto);
+               Method method = Method::Robust);
 
     /// True when some analysis' density is for the engine to compute.
     static bool needsEngine(const std::vector<AnalysisResult>& results);

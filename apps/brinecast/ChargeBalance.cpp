@@ -6,6 +6,7 @@
 
 #include "database/ElementTable.h"
 #include "interface/ChargeName.h"
+#include "interface/ChargeUtilities.h"
 
 #include <korvane/Brinecast.h>
 
@@ -14,16 +15,20 @@
 namespace korvane::Brinecast::cli {
 namespace {
 
+/// The element table of the library's charge sums, built once: the exported functions build a
+/// species model per call, far dearer than the sum itself.
+const ElementTable& elementTable() {
+    static const ElementTable table;
+    return table;
+}
+
 double molarCharge(const std::vector<NameValue>& values, ConcentUnit unit) {
     ConcentsWithUnit list;
     list.assign(values, unit);
-    return getMolarCharge(list);
+    return Brinecast::molarCharge(list, elementTable());
 }
 
-bool isCation(const std::string& element) {
-    static const ElementTable table;
-    return parseCharge(table.ionName(element)) > 0;
-}
+bool isCation(const std::string& element) { return parseCharge(elementTable().ionName(element)) > 0; }
 
 }  // namespace
 
@@ -36,7 +41,6 @@ ChargeBalance ChargeBalance::of(const Analysis& a) {
     const double carbonateSecondCharge =
         a.carbonateCarbon > 0.0 ? molarCharge({{"C", a.carbonateCarbon}}, a.unit) : 0.0;
     b.net_ = molarCharge(a.elements, a.unit) + carbonateSecondCharge;
-    // Each sum costs the library a model build: one for the cations, one for the anions.
     std::vector<NameValue> cations, anions;
     for (const NameValue& e : a.elements) (isCation(e.name) ? cations : anions).push_back(e);
     b.total_ = molarCharge(cations, a.unit) - molarCharge(anions, a.unit) - carbonateSecondCharge;
@@ -44,7 +48,7 @@ ChargeBalance ChargeBalance::of(const Analysis& a) {
 }
 
 double ChargeBalance::amountToCancel(const std::string& element) const {
-    return getIonAmountToBalanceCharge(element, unit_, net_);
+    return ionAmountToBalanceCharge(element, unit_, net_, elementTable());
 }
 
 std::string ChargeBalance::cannotCancel(const Analysis& a, const std::string& element, double amount) {

@@ -9,6 +9,7 @@
 #include "brinecast/InputError.h"
 #include "brinecast/JsonReport.h"
 #include "brinecast/ProgressBar.h"
+#include "brinecast/StreamingBatch.h"
 #include "brinecast/NumberText.h"
 #include "brinecast/ReadLimits.h"
 #include "brinecast/TableReport.h"
@@ -214,24 +215,55 @@ int Commands::batch(const std::string& input, const std::string& output, const O
             return kBadInput;
         }
     }
+    std::ostream& out = output == "-" ? out_ : file;
+    StreamingBatch::Counts counts;
     int code = kOk;
-    const std::vector<AnalysisResult> results = calculate({input}, options, code);
-    if (results.empty()) return code;
-    CsvReport::write(output == "-" ? out_ : file, results, true);
-    // Row messages are in the result file; a problem with the file as a whole is said here.
-    for (const AnalysisResult& r : results) {
-        if (r.status == Status::Invalid && r.analysis.source == input) {
-            err_ << "brinecast: " << Utf8Text::oneLine(r.error) << '\n';
+    if (streamBatch(input, out, options, counts, code)) {
+        if (counts.rows() == 0) return code;  // nothing calculated: an option was refused
+    } else {
+        const std::vector<AnalysisResult> results = calculate({input}, options, code);
+        if (results.empty()) return code;
+        CsvReport::write(out, results, true);
+        // Row messages are in the result file; a problem with the file as a whole is said here.
+        for (const AnalysisResult& r : results) {
+            if (r.status == Status::Invalid && r.analysis.source == input) err_ << "brinecast: " << Utf8Text::oneLine(r.error) << '\n';
+            (r.status == Status::Ok ? counts.ok : r.status == Status::Invalid ? counts.invalid : counts.failed) += 1;
         }
     }
-    std::size_t ok = 0, failed = 0, bad = 0;
-    for (const AnalysisResult& r : results) {
-        (r.status == Status::Ok ? ok : r.status == Status::Invalid ? bad : failed) += 1;
-    }
-    err_ << "brinecast: " << results.size() << " analyses: " << ok << " ok, " << failed
-         << " failed, " << bad << " with invalid input"
+    err_ << "brinecast: " << counts.rows() << " analyses: " << counts.ok << " ok, " << counts.failed
+         << " failed, " << counts.invalid << " with invalid input"
          << (output == "-" ? "" : "; results in " + output) << '\n';
     return code;
+}
+
+bool Commands::streamBatch(const std::string& input, std::ostream& out, const Options& options,
+                           StreamingBatch::Counts& counts, int& status) const {
+    if (!endsWith(input, ".csv")) return false;  // a JSON document is read whole anyway
+    std::optional<std::string> element;
+    if (options.balanceWith) {
+        element = balancingElement(*options.balanceWith);
+        if (!element) {
+            status = kBadInput;
+            return true;
+        }
+    }
+    const Calculator calculator(options.engineDirectory, element, options.method);
+    const StreamingBatch batch(names_, calculator, element);
+    const std::optional<StreamingBatch::Plan> plan = batch.plan(input, options.threads);
+    if (!plan) return false;  // the file as a whole is reported as for any other command
+    ProgressBar bar(err_, options.progress, plan->rows);
+    try {
+        counts = batch.run(input, *plan, out, options.threads, [&](std::size_t done) { bar.show(done); });
+    } catch (const InputError& e) {
+        // Only a file changed between the two readings gets here: the rows written stay.
+        bar.finish();
+        err_ << "brinecast: " << e.what() << " (the file changed while the batch ran)\n";
+        status = kBadInput;
+        return true;
+    }
+    bar.finish();
+    status = counts.invalid > 0 ? kBadInput : counts.failed > 0 ? kCalculationFailed : kOk;
+    return true;
 }
 
 int Commands::balance(const std::string& file, const std::string& ion, const Options& options) {

@@ -2,6 +2,7 @@
 
 #include "brinecast/AnalysisResult.h"
 #include "brinecast/ComponentNames.h"
+#include "brinecast/StreamingBatch.h"
 
 #include <optional>
 #include <ostream>
@@ -24,7 +25,7 @@ public:
         std::string engineDirectory;
         std::optional<std::string> balanceWith;  ///< element or ion name as the user gave it
         unsigned threads = 0;                    ///< 0: one per core
-        Method method = Method::Auto;            ///< the library's solver
+        Method method = Method::Robust;          ///< the library's solver
         bool progress = false;                   ///< draw a progress bar on `err`
     };
 
@@ -46,6 +47,10 @@ private:
     /// The library element an ion option names; writes the message and returns nothing when
     /// it names none.
     std::optional<std::string> balancingElement(const std::string& ion) const;
+    /// `batch` on a CSV file, chunk by chunk; false when the file is not one to stream (not CSV,
+    /// or unreadable as a whole), which the whole-file path then reports.
+    bool streamBatch(const std::string& input, std::ostream& out, const Options& options,
+                     StreamingBatch::Counts& counts, int& status) const;
     std::vector<AnalysisResult> calculate(const std::vector<std::string>& files,
                                           const Options& options, int& status) const;
 

@@ -13,7 +13,9 @@ namespace {
 
 std::string number(double value) { return std::isfinite(value) ? NumberText::exact(value) : ""; }
 
-std::vector<std::string> speciesColumns(const std::vector<AnalysisResult>& results) {
+}  // namespace
+
+std::vector<std::string> CsvReport::speciesColumns(const std::vector<AnalysisResult>& results) {
     std::vector<std::string> names;
     for (const AnalysisResult& r : results) {
         for (const SpeciationCheck::Component& c : r.check.components) {
@@ -26,8 +28,6 @@ std::vector<std::string> speciesColumns(const std::vector<AnalysisResult>& resul
     }
     return names;
 }
-
-}  // namespace
 
 std::string CsvReport::field(const std::string& raw) {
     // A cell is one line of valid UTF-8, whatever a name or an engine message held.
@@ -42,6 +42,12 @@ void CsvReport::write(std::ostream& out, const std::vector<AnalysisResult>& resu
                       bool withSpecies) {
     const std::vector<std::string> species = withSpecies ? speciesColumns(results)
                                                          : std::vector<std::string>{};
+    writeHeader(out, species, withSpecies);
+    for (const AnalysisResult& r : results) writeRow(out, r, species, withSpecies);
+}
+
+void CsvReport::writeHeader(std::ostream& out, const std::vector<std::string>& species,
+                            bool withSpecies) {
     out << "source,name,pH,status,message";
     if (withSpecies) {
         out << ",warnings,temperature_K,pressure_Pa,density_g_cm3,density_source,"
@@ -50,39 +56,41 @@ void CsvReport::write(std::ostream& out, const std::vector<AnalysisResult>& resu
         for (const std::string& s : species) out << ',' << field(s + " (mol/kgw)");
     }
     out << '\n';
-    for (const AnalysisResult& r : results) {
-        const bool calculated = r.calculated();
-        out << field(r.analysis.source) << ',' << field(r.analysis.name) << ','
-            << (calculated ? number(r.pH) : "") << ',' << field(ResultText::status(r.status))
-            << ',' << field(ResultText::message(r));
-        if (withSpecies) {
-            std::string warnings;
-            for (const std::string& w : r.warnings) warnings += (warnings.empty() ? "" : " ") + w;
-            const bool read = r.status != AnalysisResult::Status::Invalid;
-            out << ',' << field(warnings) << ',' << (read ? number(r.analysis.temperatureK) : "")
-                << ',' << (read ? number(r.analysis.pressurePa) : "") << ','
-                << (read ? number(r.densityGcm3) : "") << ','
-                << (read ? ResultText::densitySource(r.densitySource) : "") << ','
-                << (read ? number(r.charge.errorPercent()) : "") << ','
-                << (r.balancing ? field(r.balancing->element) : "") << ','
-                << (r.balancing ? number(r.balancing->amount) : "") << ','
-                << (calculated ? number(r.check.worstRelativeError()) : "");
-            const bool solved = calculated && r.solver.has_value();
-            out << ',' << (solved ? field(ResultText::solver(*r.solver)) : "") << ','
-                << (solved ? std::to_string(r.solver->iterations) : "") << ','
-                << (solved ? number(r.solver->massBalanceError) : "") << ','
-                << (solved ? number(r.solver->chargeImbalance) : "");
-            std::map<std::string, double> molality;
-            for (const SpeciationCheck::Component& c : r.check.components) {
-                for (const SpeciationCheck::Species& s : c.species) molality[s.name] = s.molality;
-            }
-            for (const std::string& s : species) {
-                const auto it = molality.find(s);
-                out << ',' << (calculated && it != molality.end() ? number(it->second) : "");
-            }
+}
+
+void CsvReport::writeRow(std::ostream& out, const AnalysisResult& r,
+                         const std::vector<std::string>& species, bool withSpecies) {
+    const bool calculated = r.calculated();
+    out << field(r.analysis.source) << ',' << field(r.analysis.name) << ','
+        << (calculated ? number(r.pH) : "") << ',' << field(ResultText::status(r.status))
+        << ',' << field(ResultText::message(r));
+    if (withSpecies) {
+        std::string warnings;
+        for (const std::string& w : r.warnings) warnings += (warnings.empty() ? "" : " ") + w;
+        const bool read = r.status != AnalysisResult::Status::Invalid;
+        out << ',' << field(warnings) << ',' << (read ? number(r.analysis.temperatureK) : "")
+            << ',' << (read ? number(r.analysis.pressurePa) : "") << ','
+            << (read ? number(r.densityGcm3) : "") << ','
+            << (read ? ResultText::densitySource(r.densitySource) : "") << ','
+            << (read ? number(r.charge.errorPercent()) : "") << ','
+            << (r.balancing ? field(r.balancing->element) : "") << ','
+            << (r.balancing ? number(r.balancing->amount) : "") << ','
+            << (calculated ? number(r.check.worstRelativeError()) : "");
+        const bool solved = calculated && r.solver.has_value();
+        out << ',' << (solved ? field(ResultText::solver(*r.solver)) : "") << ','
+            << (solved ? std::to_string(r.solver->iterations) : "") << ','
+            << (solved ? number(r.solver->massBalanceError) : "") << ','
+            << (solved ? number(r.solver->chargeImbalance) : "");
+        std::map<std::string, double> molality;
+        for (const SpeciationCheck::Component& c : r.check.components) {
+            for (const SpeciationCheck::Species& s : c.species) molality[s.name] = s.molality;
         }
-        out << '\n';
+        for (const std::string& s : species) {
+            const auto it = molality.find(s);
+            out << ',' << (calculated && it != molality.end() ? number(it->second) : "");
+        }
     }
+    out << '\n';
 }
 
 }  // namespace korvane::Brinecast::cli

@@ -3,6 +3,7 @@
 #include "brinecast/AnalysisResult.h"
 
 #include <ostream>
+#include <string>
 #include <vector>
 
 namespace korvane::Brinecast::cli {
@@ -15,6 +16,14 @@ class CsvReport {
 public:
     static void write(std::ostream& out, const std::vector<AnalysisResult>& results,
                       bool withSpecies);
+    /// Every species of `results`, in order of first appearance.
+    static std::vector<std::string> speciesColumns(const std::vector<AnalysisResult>& results);
+    /// The header line, with one column per name of `species` when `withSpecies`.
+    static void writeHeader(std::ostream& out, const std::vector<std::string>& species,
+                            bool withSpecies);
+    /// One result's line; species it does not have are left empty.
+    static void writeRow(std::ostream& out, const AnalysisResult& r,
+                         const std::vector<std::string>& species, bool withSpecies);
     /// `text` as one CSV field, quoted when it holds a comma, quote or line break.
     static std::string field(const std::string& text);
 };

@@ -1,6 +1,7 @@
 #include "brinecast/EngineDensity.h"
 
-#include "database/SpeciesModel.h"
+#include "brinecast/SharedReactionData.h"
+
 #include "engine/KorvaneDll.h"
 #include "engine/SaltDensityCalculator.h"
 
@@ -11,8 +12,7 @@ bool EngineDensity::load(const std::string& directory) {
 }
 
 double EngineDensity::of(const Input& input) {
-    const SpeciesModel model;
-    SaltDensityCalculator calculator(input, model);
+    SaltDensityCalculator calculator(input, SharedReactionData::model());
     return calculator.density();
 }
 

@@ -84,10 +84,11 @@ int main(int argc, char** argv) {
         {"robust", korvane::Brinecast::Method::Robust},
         {"specified", korvane::Brinecast::Method::Specified}};
     app.add_option("--method", options.method,
-                   "Solver: auto (the specified solver, the robust one when it fails or its "
-                   "balances do not close), robust, or specified (the library's run, as it is)")
+                   "Solver: robust (the default), auto (the specified solver, the robust one "
+                   "when it fails or its balances do not close), or specified (the library's "
+                   "run, as it is)")
         ->transform(CLI::CheckedTransformer(methods, CLI::ignore_case))
-        ->default_str("auto");
+        ->default_str("robust");
 
     std::vector<std::string> files;
     std::string ion;

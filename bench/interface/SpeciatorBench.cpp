@@ -76,7 +76,7 @@ int registerBenchmarks() {
     for (const NamedBrine& brine : brines) {
         benchmark::RegisterBenchmark(("compare/" + brine.name + "/run").c_str(), runCalculation, brine.input)
             ->Unit(benchmark::kMicrosecond);
-        benchmark::RegisterBenchmark(("compare/" + brine.name + "/Speciator-Robust").c_str(), speciatorCalculation,
+        benchmark::RegisterBenchmark(("compare/" + brine.name + "/Speciator-Robust-default").c_str(), speciatorCalculation,
                                      brine.input, bc::Method::Robust)
             ->Unit(benchmark::kMicrosecond);
         benchmark::RegisterBenchmark(("compare/" + brine.name + "/Speciator-Specified").c_str(), speciatorCalculation,

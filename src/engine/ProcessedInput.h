@@ -32,5 +32,10 @@ ProcessedInput processInput(const Input& input, const SpeciesModel& model);
 double toMolality(const ConcentsWithUnit& elements, std::size_t index, double densityGPerCm3,
                   const ElementTable& table);
 
+/// The same with the element's molar mass (g/mol) and the list's sum already at hand: S, the
+/// raw values, for mg/L and mg/kg; W, kg of solute per litre, for mmol/L; unused otherwise.
+double toMolality(const ConcentsWithUnit& elements, std::size_t index, double densityGPerCm3, double molarMass,
+                  double sum);
+
 }  // namespace Brinecast
 }  // namespace korvane

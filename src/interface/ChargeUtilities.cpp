@@ -1,5 +1,7 @@
 // The exported helpers that prepare an analysis for `run` without solving anything. Each builds
 // its own species model for the element table and drops it before returning.
+#include "interface/ChargeUtilities.h"
+
 #include <korvane/Brinecast.h>
 
 #include "database/SpeciesModel.h"
@@ -34,7 +36,10 @@ double molality(double value, ConcentUnit unit, const ElementTable& table, const
 
 double getMolarCharge(const ConcentsWithUnit& elements) {
     const SpeciesModel model;
-    const ElementTable& table = model.elementTable();
+    return molarCharge(elements, model.elementTable());
+}
+
+double molarCharge(const ConcentsWithUnit& elements, const ElementTable& table) {
     double sum = 0.0;      // eq/kgw
     double largest = 0.0;  // eq/kgw, largest positive contribution
     for (const NameValue& entry : elements.values) {
@@ -50,7 +55,11 @@ double getMolarCharge(const ConcentsWithUnit& elements) {
 
 double getIonAmountToBalanceCharge(std::string element, ConcentUnit unit, double charge) {
     const SpeciesModel model;
-    const ElementTable& table = model.elementTable();
+    return ionAmountToBalanceCharge(element, unit, charge, model.elementTable());
+}
+
+double ionAmountToBalanceCharge(const std::string& element, ConcentUnit unit, double charge,
+                                const ElementTable& table) {
     const int ionCharge = parseCharge(table.ionName(element));
     const double amount = -charge / ionCharge;  // mol/kgw; a neutral ion gives inf or NaN
     switch (unit) {

@@ -4,6 +4,7 @@
 #include "engine/ProcessedInput.h"
 #include "interface/CalculationDriver.h"
 #include "solver/BalanceClosure.h"
+#include "solver/BasisPreparationCache.h"
 #include "solver/BasisReactionSet.h"
 #include "solver/ChargeBalanceEquationMaker.h"
 #include "solver/LogSpeciationSolver.h"
@@ -54,7 +55,9 @@ Result specifiedResult(const ProcessedInput& processed, const SpeciesModel& mode
 /// The same equations solved in the logarithms of the free molalities.
 Result robustResult(const ProcessedInput& processed, const SpeciesModel& model, const ReactionIndex& index,
                     const SolveOptions& options) {
-    const SpeciationSystem system = index.select(processed.basisNames, processed.input.temperature);
+    // Analyses on a basis list this thread met before reuse its picked reactions.
+    const SpeciationSystem& system =
+        BasisPreparationCache::ofThisThread().system(index, processed.basisNames, processed.input.temperature);
     // Water's activity as the speciation equations take it: its moles per kg times its molar mass.
     const double waterMolarMass = model.elementTable().molecularWeight("H2O");  // g/mol
     const double waterLogActivity = std::log10(kGramsPerKilogram / waterMolarMass * (waterMolarMass / kGramsPerKilogram));

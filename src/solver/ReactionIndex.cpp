@@ -5,17 +5,26 @@
 
 #include <korvane/KorvaneError.h>
 
+#include <atomic>
 #include <cmath>
 #include <stdexcept>
+#include <utility>
 
 namespace korvane {
 namespace Brinecast {
 
 namespace {
 constexpr double kChargeSlack = 1e-9;  // reaction coefficients may be fractions
+
+std::uint64_t nextSerial() {
+    static std::atomic<std::uint64_t> serials{0};
+    return serials.fetch_add(1, std::memory_order_relaxed) + 1;
 }
 
-ReactionIndex::ReactionIndex(const std::vector<ReactionRecord>& reactions) : reactions_(reactions) {
+}  // namespace
+
+ReactionIndex::ReactionIndex(const std::vector<ReactionRecord>& reactions)
+    : reactions_(reactions), serial_(nextSerial()) {
     records_.reserve(reactions.size());
     for (const ReactionRecord& reaction : reactions) {
         const auto first = static_cast<std::uint32_t>(terms_.size());
@@ -63,6 +72,22 @@ std::int32_t ReactionIndex::chargeOf(std::uint32_t species) const {
 }
 
 SpeciationSystem ReactionIndex::select(const std::vector<std::string>& basisNames, double temperatureK) const {
+    PreparedBasis basis = prepare(basisNames);
+    setTemperature(basis, temperatureK);
+    return std::move(basis.system);
+}
+
+void ReactionIndex::setTemperature(PreparedBasis& basis, double temperatureK) const {
+    // Compared bit for bit: a NaN temperature is never held, so it is always recomputed.
+    if (basis.temperatureK == temperatureK) return;
+    std::vector<double>& logK = basis.system.logK;
+    logK.resize(basis.records.size());
+    for (std::size_t k = 0; k < basis.records.size(); ++k)
+        logK[k] = logKAt(reactions_[basis.records[k]], temperatureK) / basis.ownCoefficients[k];
+    basis.temperatureK = temperatureK;
+}
+
+PreparedBasis ReactionIndex::prepare(const std::vector<std::string>& basisNames) const {
     const std::size_t basisCount = basisNames.size();
     // Position of each species in the basis, or -1.
     std::vector<std::int32_t> basisPosition(names_.size(), -1);
@@ -71,9 +96,10 @@ SpeciationSystem ReactionIndex::select(const std::vector<std::string>& basisName
         if (id != kUnknown) basisPosition[id] = static_cast<std::int32_t>(j);
     }
 
-    SpeciationSystem system;
+    PreparedBasis prepared;
+    SpeciationSystem& system = prepared.system;
     system.basisCount = basisCount;
-    std::vector<std::size_t> picked;  // record numbers
+    std::vector<std::uint32_t>& picked = prepared.records;
     std::vector<std::uint32_t> formed;
     picked.reserve(records_.size());
     formed.reserve(records_.size());
@@ -94,7 +120,7 @@ SpeciationSystem ReactionIndex::select(const std::vector<std::string>& basisName
         } else if (count != found + 1) {
             continue;
         }
-        picked.push_back(r);
+        picked.push_back(static_cast<std::uint32_t>(r));
         formed.push_back(outside);
     }
     if (masters != basisCount)
@@ -102,8 +128,8 @@ SpeciationSystem ReactionIndex::select(const std::vector<std::string>& basisName
 
     const std::size_t speciesCount = picked.size();
     system.speciesNames.reserve(speciesCount);
-    system.logK.resize(speciesCount);
     system.charges.resize(speciesCount);
+    prepared.ownCoefficients.resize(speciesCount);
     // Absent basis species are written as -0.0 / c0 for formed species, as the reaction set does.
     system.coefficients.assign(speciesCount * basisCount, 0.0);
     for (std::size_t k = 0; k < speciesCount; ++k) {
@@ -118,7 +144,7 @@ SpeciationSystem ReactionIndex::select(const std::vector<std::string>& basisName
         for (std::uint32_t t = 0; t < count; ++t) {
             if (terms[t].species == formed[k]) own = terms[t].coefficient;
         }
-        system.logK[k] = logKAt(reactions_[picked[k]], temperatureK) / own;
+        prepared.ownCoefficients[k] = own;
         double* row = system.coefficients.data() + k * basisCount;
         if (count == 1) {
             row[basisPosition[formed[k]]] = own;
@@ -136,7 +162,7 @@ SpeciationSystem ReactionIndex::select(const std::vector<std::string>& basisName
         const std::uint32_t id = idOf(basisNames[j]);
         system.basisCharges[j] = id == kUnknown ? parseCharge(basisNames[j]) : chargeOf(id);
     }
-    return system;
+    return prepared;
 }
 
 }  // namespace Brinecast

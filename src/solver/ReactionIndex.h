@@ -1,6 +1,7 @@
 #pragma once
 
 #include "database/ReactionRecord.h"
+#include "solver/PreparedBasis.h"
 #include "solver/SpeciationSystem.h"
 
 #include <cstddef>
@@ -28,7 +29,17 @@ public:
     /// BasisReactionSet does. `basisNames` must not repeat a name.
     SpeciationSystem select(const std::vector<std::string>& basisNames, double temperatureK) const;
 
+    /// The part of `select` that depends on the basis list alone, for reuse across analyses;
+    /// the same failures. Its log K values are set by `setTemperature`.
+    PreparedBasis prepare(const std::vector<std::string>& basisNames) const;
+    /// The log K values of `basis` at `temperatureK` (K), the same bits as `select` gives;
+    /// nothing is recomputed when they are already for that temperature.
+    void setTemperature(PreparedBasis& basis, double temperatureK) const;
+
     std::size_t speciesCount() const { return names_.size(); }
+    /// Tells this index apart from every other one built in the process, also one built later
+    /// at the same address: prepared bases of one index are no use to another.
+    std::uint64_t serial() const { return serial_; }
 
 private:
     static constexpr std::uint32_t kUnknown = UINT32_MAX;
@@ -47,6 +58,7 @@ private:
     std::int32_t chargeOf(std::uint32_t species) const;
 
     const std::vector<ReactionRecord>& reactions_;
+    std::uint64_t serial_;
     std::unordered_map<std::string, std::uint32_t> ids_;
     std::vector<std::string> names_;
     std::vector<std::int32_t> charges_;

@@ -1,5 +1,6 @@
 #include "engine/ProcessedInput.h"
 
+#include "database/ElementTable.h"
 #include "database/SpeciesModel.h"
 
 #include <korvane/KorvaneError.h>
@@ -8,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstring>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -131,4 +133,66 @@ TEST(ProcessInput, OneBrineInEveryUnitGivesTheSameTotals) {
         for (std::size_t i = 0; i < brine.size(); ++i)
             EXPECT_NEAR(processed.totals[i + 2], brine[i].value, 1e-13 * brine[i].value) << brine[i].name << " unit " << unit;
     }
+}
+
+// The conversion sums are taken once per list; each element must still come out as the
+// one-element conversion gives it, bit for bit, in every unit and also with repeated elements.
+TEST(ProcessInput, TotalsEqualTheConversionOfEachElementBitForBit) {
+    const std::vector<NameValue> brine = {{"Na", 11500.0}, {"Ca", 1430.5}, {"Cl", 21200.25}, {"S(6)", 310.0},
+                                          {"C", 122.0},    {"K", 395.0},   {"Mg", 1290.75}};
+    const ElementTable& table = embeddedModel().elementTable();
+    for (ConcentUnit unit : {MolPerKgw, MmolPerKgw, MmolPerL, MgPerL, MgPerKg}) {
+        Input input = analysis(brine, unit);
+        input.density = 1.0437;  // g/cm3
+        const ProcessedInput processed = processInput(input, embeddedModel());
+        for (std::size_t i = 0; i < brine.size(); ++i) {
+            const double expected = toMolality(input.elements, i, input.density, table);
+            EXPECT_EQ(std::memcmp(&processed.totals[i + 2], &expected, sizeof expected), 0)
+                << brine[i].name << " unit " << unit;
+        }
+    }
+}
+
+// Which lookup fails first when several names are unknown: the first element, then the gases,
+// then the other elements, as when every element is compared with every gas.
+TEST(ProcessInput, UnknownNamesFailInListOrder) {
+    const auto unknownUnit = static_cast<ConcentUnit>(9);  // refused only when converting
+    const struct {
+        std::vector<NameValue> elements, gases;
+        ConcentUnit unit;
+        const char* message;
+    } cases[] = {
+        {{{"Xx", 1.0}, {"Na", 1.0}}, {{"Yy", 0.1}}, MolPerKgw, "Element name not found."},
+        {{{"Na", 1.0}, {"Xx", 1.0}}, {{"Yy", 0.1}}, MolPerKgw, "Gas name not found!"},
+        {{{"Na", 1.0}, {"Xx", 1.0}}, {{"CO2", 0.1}}, MolPerKgw, "Element name not found."},
+        {{}, {{"CO2", 0.1}, {"Yy", 0.1}}, MolPerKgw, "Gas name not found!"},
+        // Every element's basis species is looked up before the first conversion meets the unit.
+        {{{"Na", 1.0}, {"Xx", 1.0}}, {}, unknownUnit, "Element name not found."},
+        {{{"Na", 1.0}, {"Cl", 1.0}}, {}, unknownUnit, "Concentration unit not found."},
+    };
+    for (const auto& c : cases) {
+        Input input = analysis(c.elements, c.unit, c.gases);
+        input.density = 1.0;  // g/cm3, so that no density is asked of the engine
+        expectFailure<std::logic_error>(input, c.message);
+    }
+}
+
+// Hostile lists: tens of thousands of entries are taken in one pass, give the same answers as
+// short ones and leave nothing behind for the next analysis on the thread.
+TEST(ProcessInput, LongListsBehaveAsShortOnes) {
+    constexpr std::size_t kEntries = 20000;
+    Input repeated = analysis(std::vector<NameValue>(kEntries, {"Na", 1.0}), MgPerL);
+    repeated.density = 1.02;
+    expectFailure<std::logic_error>(repeated, "A repeated basis found.");
+
+    // One element and its gas given many times: every amount joins the element's total.
+    const ProcessedInput merged = processInput(
+        analysis({{"C", 0.5}}, MolPerKgw, std::vector<NameValue>(kEntries, {"CO2", 1e-4})), embeddedModel());
+    EXPECT_EQ(merged.basisNames, (std::vector<std::string>{"H2O", "H+", "CO3-2"}));
+    EXPECT_NEAR(merged.totals[2], 0.5 + kEntries * 1e-4, 1e-12);
+    EXPECT_EQ(merged.totals.size(), kEntries + 2);  // one total per entry, less the one shared name
+
+    const ProcessedInput after = processInput(analysis({{"Na", 0.1}}, MolPerKgw, {{"CO2", 0.2}}), embeddedModel());
+    EXPECT_EQ(after.basisNames, (std::vector<std::string>{"H2O", "H+", "Na+", "CO3-2"}));
+    EXPECT_EQ(after.totals[3], 0.2);
 }

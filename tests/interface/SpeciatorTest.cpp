@@ -102,7 +102,7 @@ TEST(Speciator, SpecifiedIsRunToTheBitAndReportsItsIterations) {
         // keeps what Specified gives wherever its balances close, as on the catalogue's brines.
         if (i < catalogue) {
             expectIdentical(speciate(input, using_(Method::Specified)).output, expected, "speciate");
-            const Result automatic = speciator().speciate(input);
+            const Result automatic = speciator().speciate(input, using_(Method::Auto));
             EXPECT_EQ(automatic.diagnostics.method, Method::Specified);
             expectIdentical(automatic.output, expected, "Auto");
         }
@@ -154,10 +154,15 @@ TEST(Speciator, BrinesRunCannotSolveSucceedWithAutoAndSayRobust) {
         SCOPED_TRACE(name);
         EXPECT_EQ(failureOf([&] { run(input); }),
                   std::string(typeid(korvane::KorvaneError).name()) + ": Number of trials exceeded without finding a solution.");
-        const Result result = speciator().speciate(input);
+        const Result result = speciator().speciate(input, using_(Method::Auto));
         EXPECT_TRUE(result.diagnostics.converged);
         EXPECT_EQ(result.diagnostics.method, Method::Robust);
         EXPECT_TRUE(result.diagnostics.fellBack);
+        // The default goes straight to the robust solver: the same result, no detour.
+        const Result direct = speciator().speciate(input);
+        EXPECT_EQ(direct.diagnostics.method, Method::Robust);
+        EXPECT_FALSE(direct.diagnostics.fellBack);
+        expectIdentical(direct.output, result.output, "default against Auto");
         EXPECT_LE(std::max(result.diagnostics.massBalanceError, result.diagnostics.chargeImbalance), 1e-10);
         EXPECT_TRUE(result.output.pH > 2.0 && result.output.pH < 9.0) << result.output.pH;
     }
@@ -220,4 +225,34 @@ TEST(Speciator, RobustConvergesOnEveryRandomBrineAndAgreesWithSpecifiedWhereThat
     // Specified must still be a real check: it converges on a good part of the sweep.
     EXPECT_GT(specifiedConverged, kSweepBrines / 4);
     std::printf("Specified converged on %zu of %zu brines\n", specifiedConverged, kSweepBrines);
+}
+
+// The reactions a basis list picks are kept per thread and reused; a bounded number of lists is
+// kept, so with many more lists than that, lists come and go. Whatever the cache holds, every
+// analysis must come out as from a Speciator that has seen nothing before, on one thread or two,
+// also when a list comes back at another temperature.
+TEST(Speciator, ReusedBasisListsGiveWhatAFreshSpeciatorGives) {
+#if defined(__SANITIZE_ADDRESS__)
+    constexpr std::size_t kBrines = 80;
+#else
+    constexpr std::size_t kBrines = 240;  // random element subsets: well over 64 distinct lists
+#endif
+    const std::vector<Input> brines = brinecast_test::randomBrines(kBrines, 424242);
+    std::vector<Input> inputs = brines;  // every list once, then again in reverse, warmer
+    for (std::size_t b = brines.size(); b-- > 0;) {
+        inputs.push_back(brines[b]);
+        if (b % 3 == 0) inputs.back().temperature += 10.0;  // K
+    }
+    std::vector<Result> fresh;
+    for (const Input& input : inputs) fresh.push_back(Speciator().speciate(input));
+    const Speciator reused;
+    for (unsigned threads : {1u, 2u}) {
+        const std::vector<BatchItem> items = reused.speciateBatch(inputs, {}, threads);
+        for (std::size_t i = 0; i < inputs.size(); ++i) {
+            ASSERT_TRUE(items[i].ok()) << i << ": " << items[i].errorMessage;
+            expectIdentical(items[i].result.output, fresh[i].output,
+                            "input " + std::to_string(i) + " on " + std::to_string(threads) + " threads");
+            EXPECT_EQ(items[i].result.diagnostics.iterations, fresh[i].diagnostics.iterations);
+        }
+    }
 }
