@@ -221,3 +221,20 @@ TEST(Speciator, RobustConvergesOnEveryRandomBrineAndAgreesWithSpecifiedWhereThat
     EXPECT_GT(specifiedConverged, kSweepBrines / 4);
     std::printf("Specified converged on %zu of %zu brines\n", specifiedConverged, kSweepBrines);
 }
+
+// Whatever the method, converged means a result made of numbers that closes its balances.
+TEST(Speciator, ConvergedMeansFiniteAndClosedWhateverTheMethod) {
+    for (const Input& brine : brinecast_test::randomBrines(60, 424242)) {
+        for (Method method : {Method::Specified, Method::Robust, Method::Auto}) {
+            SolveOptions options;
+            options.method = method;
+            const Result result = speciator().speciate(brine, options);
+            if (!result.diagnostics.converged) continue;
+            EXPECT_TRUE(std::isfinite(result.output.pH));
+            for (const NameValue& species : result.output.species.values)
+                EXPECT_TRUE(std::isfinite(species.value)) << species.name;
+            EXPECT_LE(result.diagnostics.massBalanceError, options.tolerance);
+            EXPECT_LE(result.diagnostics.chargeImbalance, options.tolerance);
+        }
+    }
+}
