@@ -44,7 +44,7 @@ void refuseAmounts(const ConcentsWithUnit& amounts, const char* what) {
 }
 
 /// Mass of the dissolved elements per unit of solution, in the unit of `capacity`: g/cm3 for the
-/// per-litre units, kg per kg of solution for mg/kg. Infinite when the sum overflows.
+/// per-litre units, kg per kg of solution for mg/kg. Infinite when a mass overflows.
 struct DissolvedMass {
     double mass = 0.0;
     double capacity = 0.0;
@@ -54,7 +54,8 @@ struct DissolvedMass {
 bool dissolvedMassOf(const ProcessedInput& processed, const ElementTable& table, DissolvedMass& out) {
     const ConcentsWithUnit& elements = processed.input.elements;
     const ConcentUnit unit = elements.unit;
-    if (unit != MmolPerL && unit != MgPerL && unit != MgPerKg) return false;
+    // Without elements there is no density either (none is computed): nothing to weigh.
+    if ((unit != MmolPerL && unit != MgPerL && unit != MgPerKg) || elements.values.empty()) return false;
     for (const NameValue& entry : elements.values) {
         // mmol/L times g/mol is mg/L.
         const double massPerLitre = unit == MmolPerL ? entry.value * table.molarMass(entry.name) : entry.value;

@@ -108,7 +108,10 @@ TEST(AnalysisRangeCheck, EdgesOfTheRangeAndNotGivenConditionsAreAccepted) {
     Input negativeKelvin = withConditions(-40.0, 0.0);
     Input halite = salt(6.5, MolPerKgw);  // past halite saturation: 13 mol/kgw of elements
     Input zeroAmounts = molal({{"Na", 0.0}, {"Cl", 0.0}, {"Ca", 0.0}});
-    for (const Input& input : {coldest, hottestLowPressure, deepest, notGiven, negativeKelvin, halite, zeroAmounts}) {
+    Input onlyGasPerLitre = molal({}, 298.15, {{"CO2", 0.01}});  // no elements: no density to weigh against
+    onlyGasPerLitre.elements.unit = MgPerL;
+    for (const Input& input :
+         {coldest, hottestLowPressure, deepest, notGiven, negativeKelvin, halite, zeroAmounts, onlyGasPerLitre}) {
         const Result result = speciator().speciate(input);
         EXPECT_TRUE(result.diagnostics.converged) << input.temperature << " K, " << input.pressure << " Pa";
     }
