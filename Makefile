@@ -1,6 +1,10 @@
 # The two commands README.md starts with: `make run` and `make test`.
 BUILD    ?= build
 ASAN     ?= build-asan
+TSAN     ?= build-tsan
+FUZZ     ?= build-fuzz
+# Seconds each fuzz target runs in `make fuzz`.
+FUZZ_SECONDS ?= 30
 WERROR   ?= OFF
 JOBS     ?= $(shell nproc 2>/dev/null || echo 2)
 # A per-litre analysis without density: the report's density comes from the reference engine.
@@ -8,7 +12,7 @@ EXAMPLE  ?= examples/north-sea-formation-water.json
 PREFIX   ?= /usr/local
 MAKEFLAGS += --no-print-directory
 
-.PHONY: deps configure build build-program run test sanitize bench install clean
+.PHONY: deps configure build build-program run test sanitize tsan fuzz bench install clean
 
 deps:
 	@scripts/install-deps.sh
@@ -40,6 +44,25 @@ sanitize: deps
 	@cmake --build $(ASAN) -j $(JOBS)
 	@ctest --test-dir $(ASAN) --output-on-failure -j $(JOBS)
 
+# ThreadSanitizer build of the concurrency tests only: Speciator batches, the engine bridge's
+# concurrent first load, and host threads racing on the process-wide engine.
+tsan: deps
+	@cmake -S . -B $(TSAN) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DBRINECAST_THREAD_CHECKS=ON \
+	  -DBRINECAST_BUILD_APPS=OFF -DBRINECAST_BUILD_BENCH=OFF -DBRINECAST_WERROR=$(WERROR) \
+	  -DCMAKE_CXX_FLAGS=-fsanitize=thread -DCMAKE_EXE_LINKER_FLAGS=-fsanitize=thread \
+	  -DCMAKE_SHARED_LINKER_FLAGS=-fsanitize=thread >/dev/null
+	@cmake --build $(TSAN) -j $(JOBS) --target thread_checks
+	@TSAN_OPTIONS="halt_on_error=1 second_deadlock_stack=1" ctest --test-dir $(TSAN) -L threads --output-on-failure -j $(JOBS)
+
+# libFuzzer targets built with clang under AddressSanitizer and UndefinedBehaviorSanitizer, each
+# run for FUZZ_SECONDS from its seed corpus in fuzz/corpus/.
+fuzz:
+	@scripts/install-deps.sh fuzz
+	@cmake -S fuzz -B $(FUZZ) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_CXX_COMPILER=clang++-14 \
+	  -DBRINECAST_WERROR=$(WERROR) >/dev/null
+	@cmake --build $(FUZZ) -j $(JOBS) --target fuzz_analysis_json fuzz_analysis_csv fuzz_reaction_data fuzz_speciate
+	@fuzz/run-targets $(FUZZ) $(FUZZ_SECONDS)
+
 install: build
 	@cmake --install $(BUILD) --prefix $(PREFIX)
 
@@ -47,4 +70,4 @@ bench: build
 	@$(BUILD)/bench/brinecast_bench
 
 clean:
-	rm -rf $(BUILD) $(ASAN)
+	rm -rf $(BUILD) $(ASAN) $(TSAN) $(FUZZ)

@@ -4,6 +4,10 @@
 set -euo pipefail
 
 packages=(cmake g++ make pkg-config rapidjson-dev libgtest-dev libgmock-dev libbenchmark-dev libcli11-dev)
+# `install-deps.sh fuzz`: also clang and its libFuzzer runtime, which only `make fuzz` needs.
+if [ "${1:-}" = fuzz ]; then
+  packages+=(clang-14 libclang-rt-14-dev)
+fi
 
 missing=()
 for p in "${packages[@]}"; do

@@ -45,8 +45,9 @@ struct SolveOptions {
 
 /// How a speciation ended and how well its result closes the balances.
 struct Diagnostics {
-    /// The balances close to the tolerance. For Specified also: its residual norm is within the
-    /// bound its own solver accepts, and it neither ran out of trials nor met a NaN.
+    /// The balances close to the tolerance and every number of the result (pH, molalities,
+    /// balances) is finite. For Specified also: its residual norm is within the bound its own
+    /// solver accepts, and it neither ran out of trials nor met a NaN.
     bool converged = false;
     Method method = Method::Specified;  ///< the solver whose result this is: never Auto
     bool fellBack = false;              ///< Auto tried Specified first and reports Robust
@@ -74,9 +75,15 @@ struct BatchItem {
     bool ok() const { return error == nullptr; }
 };
 
-/// Speciation of one analysis. Input errors (unknown element, unset unit, repeated basis, engine
-/// failures) are thrown exactly as `run` throws them, whatever the method. Parses the reaction
-/// data on every call, as `run` does; a Speciator parses it once.
+/// Speciation of one analysis. Refuses with std::invalid_argument, naming the value and the range
+/// accepted, what the reaction data cannot describe: a temperature outside 273.15-473.15 K or a
+/// pressure above 1000 atm (0 or less still means 298.15 K and 101325 Pa; NaN is refused), a
+/// density that is not finite, negative or non-finite amounts, dissolved elements as heavy as the
+/// solution, and more than 30 mol/kgw of dissolved matter. Those checks of the conditions and
+/// amounts come first; input errors of `run` (unknown element, unset unit, repeated basis, engine
+/// failures) follow, thrown exactly as `run` throws them whatever the method; the dissolved
+/// amounts, which need the density, are checked last. Parses the reaction data on every call, as
+/// `run` does; a Speciator parses it once.
 KORVANE_API Result speciate(Input input, const SolveOptions& options = {});
 
 /// Speciation of many analyses with one parsed copy of the reaction data. Immutable once built:

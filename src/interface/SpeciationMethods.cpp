@@ -2,6 +2,7 @@
 
 #include "database/SpeciesModel.h"
 #include "engine/ProcessedInput.h"
+#include "interface/AnalysisRangeCheck.h"
 #include "interface/CalculationDriver.h"
 #include "solver/BalanceClosure.h"
 #include "solver/BasisPreparationCache.h"
@@ -28,6 +29,25 @@ void copyClosure(const BalanceClosure& closure, Diagnostics& diagnostics) {
 
 bool closes(const Diagnostics& diagnostics, double tolerance) {
     return diagnostics.massBalanceError <= tolerance && diagnostics.chargeImbalance <= tolerance;
+}
+
+/// Whether every number a host would read is a number: an infinite pH or a NaN molality is no
+/// solution, however small the solver's last step was.
+bool allFinite(const Result& result) {
+    const Diagnostics& d = result.diagnostics;
+    if (!std::isfinite(result.output.pH) || !std::isfinite(d.residualNorm) || !std::isfinite(d.massBalanceError) ||
+        !std::isfinite(d.chargeImbalance))
+        return false;
+    for (const NameValue& species : result.output.species.values) {
+        if (!std::isfinite(species.value)) return false;
+    }
+    return true;
+}
+
+/// Convergence as a host may rely on it: the solver's own verdict, and a result made of numbers.
+Result judged(Result result) {
+    result.diagnostics.converged = result.diagnostics.converged && allFinite(result);
+    return result;
 }
 
 /// The calculation of `run` on the processed input, with its iterations, norm and balances
@@ -95,17 +115,22 @@ void checkOptions(const SolveOptions& options) {
 Result speciateWith(const Input& input, const SpeciesModel& model, const ReactionIndex& index,
                     const SolveOptions& options) {
     checkOptions(options);
+    // The conditions and amounts first, so that nothing out of range reaches the density engine;
+    // the normalisation's own errors (unknown names, units, repeated basis) follow as `run` throws
+    // them; the dissolved amounts need the density and the conversion, so they come last.
+    refuseConditionsOutOfRange(input);
     const ProcessedInput processed = processInput(input, model);
-    if (options.method == Method::Specified) return specifiedResult(processed, model, options.tolerance);
-    if (options.method == Method::Robust) return robustResult(processed, model, index, options);
+    refuseAmountsOutOfRange(processed, model.elementTable());
+    if (options.method == Method::Specified) return judged(specifiedResult(processed, model, options.tolerance));
+    if (options.method == Method::Robust) return judged(robustResult(processed, model, index, options));
     try {
-        Result specified = specifiedResult(processed, model, options.tolerance);
+        Result specified = judged(specifiedResult(processed, model, options.tolerance));
         if (specified.diagnostics.converged) return specified;
     } catch (const std::overflow_error&) {
         // The forward-difference Jacobian grew too large for the LU: a failure of that solver,
         // not of the input, so the robust one takes over.
     }
-    Result robust = robustResult(processed, model, index, options);
+    Result robust = judged(robustResult(processed, model, index, options));
     robust.diagnostics.fellBack = true;
     return robust;
 }

@@ -30,9 +30,13 @@ constexpr int kLargestPower = 4;
 constexpr std::size_t kPowerColumns = 2 * kLargestPower + 1;
 constexpr double kEpsilon = std::numeric_limits<double>::epsilon();
 
+/// Largest |v_i|, NaN when any entry is NaN: a step that is not a number is no small step.
 double largestMagnitude(const std::vector<double>& v) {
     double largest = 0.0;
-    for (double x : v) largest = std::max(largest, std::fabs(x));
+    for (double x : v) {
+        if (std::isnan(x)) return x;
+        if (std::fabs(x) > largest) largest = std::fabs(x);
+    }
     return largest;
 }
 
@@ -80,6 +84,8 @@ void LogSpeciationSolver::selectUnknowns(const SpeciationSystem& system, const V
         target_.push_back(total);
         excessCharge += system.basisCharges[j] * total;
     }
+    // Totals each finite can still sum past the largest double: no charge balance to meet then.
+    if (!std::isfinite(excessCharge)) feasible_ = false;
     target_[0] = -excessCharge;
 
     active_.reserve(system.speciesCount());
@@ -117,10 +123,12 @@ void LogSpeciationSolver::selectUnknowns(const SpeciationSystem& system, const V
 void LogSpeciationSolver::startingPoint() {
     // Every component free, and "H+" from the charge the totals leave over, as if water alone
     // took it up against OH-.
+    // The root of h^2 + excess*h - Kw = 0, without squaring the excess (1e154 eq/kgw would overflow)
+    // and in the form that loses no digits to cancellation on either side of neutral.
     const double excess = -target_[0];
-    const double root = std::sqrt(excess * excess + 4.0 * kWaterProduct);
-    const double hydrogen = excess >= 0.0 ? 2.0 * kWaterProduct / (excess + root) : (root - excess) / 2.0;
-    u_[0] = std::log(hydrogen);
+    const double root = std::hypot(excess, 2.0 * std::sqrt(kWaterProduct));
+    const double halfSum = excess >= 0.0 ? 0.5 * root + 0.5 * excess : 0.5 * root - 0.5 * excess;
+    u_[0] = excess >= 0.0 ? std::log(kWaterProduct) - std::log(halfSum) : std::log(halfSum);
     for (std::size_t i = 1; i < u_.size(); ++i) u_[i] = std::log(target_[i]);
 }
 
@@ -213,8 +221,10 @@ void LogSpeciationSolver::newtonStep() {
 }
 
 bool LogSpeciationSolver::closes(double tolerance) const {
+    // Every comparison is made on finite numbers only: an infinite balance would otherwise meet
+    // an infinite total's tolerance, inf <= tol * inf.
     for (std::size_t i = 1; i < u_.size(); ++i) {
-        if (!(std::fabs(gradient_[i]) <= tolerance * target_[i])) return false;
+        if (!std::isfinite(gradient_[i]) || !(std::fabs(gradient_[i]) <= tolerance * target_[i])) return false;
     }
     double charge = 0.0;
     double equivalents = 0.0;
@@ -223,6 +233,7 @@ bool LogSpeciationSolver::closes(double tolerance) const {
         charge += charges_[species.species] * m;
         equivalents += std::fabs(charges_[species.species]) * m;
     }
+    if (!std::isfinite(equivalents) || !std::isfinite(charge) || !std::isfinite(g_)) return false;
     return std::fabs(charge) <= tolerance * equivalents && largestMagnitude(step_) <= tolerance;
 }
 

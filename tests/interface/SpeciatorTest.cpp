@@ -238,10 +238,11 @@ TEST(Speciator, ReusedBasisListsGiveWhatAFreshSpeciatorGives) {
     constexpr std::size_t kBrines = 240;  // random element subsets: well over 64 distinct lists
 #endif
     const std::vector<Input> brines = brinecast_test::randomBrines(kBrines, 424242);
-    std::vector<Input> inputs = brines;  // every list once, then again in reverse, warmer
+    std::vector<Input> inputs = brines;  // every list once, then again in reverse, at another temperature
     for (std::size_t b = brines.size(); b-- > 0;) {
         inputs.push_back(brines[b]);
-        if (b % 3 == 0) inputs.back().temperature += 10.0;  // K
+        // 10 K towards the middle, so the brine stays inside the data's temperature range.
+        if (b % 3 == 0) inputs.back().temperature += inputs.back().temperature < 373.15 ? 10.0 : -10.0;  // K
     }
     std::vector<Result> fresh;
     for (const Input& input : inputs) fresh.push_back(Speciator().speciate(input));
@@ -253,6 +254,23 @@ TEST(Speciator, ReusedBasisListsGiveWhatAFreshSpeciatorGives) {
             expectIdentical(items[i].result.output, fresh[i].output,
                             "input " + std::to_string(i) + " on " + std::to_string(threads) + " threads");
             EXPECT_EQ(items[i].result.diagnostics.iterations, fresh[i].diagnostics.iterations);
+        }
+    }
+}
+
+// Whatever the method, converged means a result made of numbers that closes its balances.
+TEST(Speciator, ConvergedMeansFiniteAndClosedWhateverTheMethod) {
+    for (const Input& brine : brinecast_test::randomBrines(60, 424242)) {
+        for (Method method : {Method::Specified, Method::Robust, Method::Auto}) {
+            SolveOptions options;
+            options.method = method;
+            const Result result = speciator().speciate(brine, options);
+            if (!result.diagnostics.converged) continue;
+            EXPECT_TRUE(std::isfinite(result.output.pH));
+            for (const NameValue& species : result.output.species.values)
+                EXPECT_TRUE(std::isfinite(species.value)) << species.name;
+            EXPECT_LE(result.diagnostics.massBalanceError, options.tolerance);
+            EXPECT_LE(result.diagnostics.chargeImbalance, options.tolerance);
         }
     }
 }

@@ -7,6 +7,7 @@
 #include <korvane/EngineAbi.h>
 
 #include <cfenv>
+#include <mutex>
 #include <sstream>
 #include <string>
 
@@ -18,6 +19,7 @@ struct KvpvtContext {
 namespace {
 
 std::string callLog;      // "create;component WATER;...;destroy"
+std::mutex callLogMutex;  // contexts are created on many threads at once, as a real engine allows
 std::string failingStep;  // a call whose log entry starts with this fails with code 250
 int trapsAfterLoad = -1;
 bool unsettleFloatingPoint = false;  // every call switches traps on and rounds upwards
@@ -29,7 +31,10 @@ bool record(const std::string& entry, int32_t* count, int32_t* codes) {
         feenableexcept(FE_DIVBYZERO | FE_INVALID);
         fesetround(FE_UPWARD);
     }
-    callLog += (callLog.empty() ? "" : ";") + entry;
+    {
+        const std::lock_guard<std::mutex> lock(callLogMutex);
+        callLog += (callLog.empty() ? "" : ";") + entry;
+    }
     codes[0] = -5;
     codes[1] = 200;
     *count = 2;
@@ -70,7 +75,10 @@ KvpvtContext* kvpvt_context_create(int32_t* count, int32_t* codes) {
     return record("create", count, codes) ? new KvpvtContext() : nullptr;
 }
 void kvpvt_context_destroy(KvpvtContext* context) {
-    callLog += ";destroy";
+    {
+        const std::lock_guard<std::mutex> lock(callLogMutex);
+        callLog += ";destroy";
+    }
     delete context;
 }
 void kvpvt_load_component(KvpvtContext* context, const char* name, int32_t* index, int32_t* count, int32_t* codes) {
