@@ -104,6 +104,8 @@ SpeciationSystem ReactionIndex::select(const std::vector<std::string>& basisName
     system.speciesNames.reserve(speciesCount);
     system.logK.resize(speciesCount);
     system.charges.resize(speciesCount);
+    system.records.assign(picked.begin(), picked.end());
+    system.masterSpecies.assign(basisCount, -1);
     // Absent basis species are written as -0.0 / c0 for formed species, as the reaction set does.
     system.coefficients.assign(speciesCount * basisCount, 0.0);
     for (std::size_t k = 0; k < speciesCount; ++k) {
@@ -122,6 +124,7 @@ SpeciationSystem ReactionIndex::select(const std::vector<std::string>& basisName
         double* row = system.coefficients.data() + k * basisCount;
         if (count == 1) {
             row[basisPosition[formed[k]]] = own;
+            system.masterSpecies[static_cast<std::size_t>(basisPosition[formed[k]])] = static_cast<std::int32_t>(k);
             continue;
         }
         const double absent = -0.0 / own;
