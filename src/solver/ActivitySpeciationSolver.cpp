@@ -19,6 +19,9 @@ constexpr std::uint64_t kLargestUpdates = 100;
 /// can be far off, and a long secant step can leave the range where a_w is positive.
 constexpr double kLargestLogChange = 1.0;
 
+/// The loosest tolerance of an inner solve while the activities are still moving.
+constexpr double kLoosestInnerTolerance = 1e-4;
+
 double largestMagnitude(const double* v, std::size_t n) {
     double largest = 0.0;
     for (std::size_t i = 0; i < n; ++i) largest = std::max(largest, std::fabs(v[i]));
@@ -31,6 +34,7 @@ ActivitySpeciationSolver::ActivitySpeciationSolver(const SpeciationSystem& syste
                                                    const ActivityCoefficientModel& model, double idealWaterLogActivity)
     : system_(system),
       model_(model),
+      totals_(totals),
       inner_(system, totals, idealWaterLogActivity),
       halfChargeSquared_(system.speciesCount()),
       solute_(system.speciesCount(), 1.0),
@@ -82,10 +86,21 @@ double ActivitySpeciationSolver::pH() const {
 
 ActivityOutcome ActivitySpeciationSolver::solve(double tolerance, std::uint64_t iterationLimit) {
     ActivityOutcome outcome;
-    // The ideal answer (for a non-ideal model with its log K at infinite dilution) as the first
-    // estimate of I and Σm.
-    if (!model_.ideal()) fold(0.0, 0.0);
-    LogSolverOutcome inner = inner_.solve(tolerance, iterationLimit);
+    // Every component free gives the first estimate of I and Σm: close enough in most brines that
+    // the cold solve lands near the answer, and never below it by more than the complexes take.
+    if (!model_.ideal()) {
+        double ionicStrength = 0.0, soluteMolality = 0.0;
+        for (std::size_t j = 2; j < system_.basisCount; ++j) {
+            const double total = totals_[j];
+            if (!(total > 0.0)) continue;
+            ionicStrength += 0.5 * system_.basisCharges[j] * system_.basisCharges[j] * total;
+            soluteMolality += total;
+        }
+        fold(ionicStrength, soluteMolality);
+    }
+    // For a non-ideal model this solve only estimates I and Σm: it need not be exact.
+    LogSolverOutcome inner =
+        inner_.solve(model_.ideal() ? tolerance : std::max(tolerance, kLoosestInnerTolerance), iterationLimit);
     outcome.iterations = inner.iterations;
     if (model_.ideal() || !inner.converged) {
         double soluteMolality = 0.0;
@@ -102,18 +117,26 @@ ActivityOutcome ActivitySpeciationSolver::solve(double tolerance, std::uint64_t 
     double residual[2] = {0.0, 0.0};
     double step[2] = {0.0, 0.0};
     bool first = true;
+    double lastChange = kLoosestInnerTolerance;
     while (outcome.activityUpdates < kLargestUpdates) {
         fold(std::exp(y[0]), std::exp(y[1]));
         ++outcome.activityUpdates;
-        inner = inner_.resolve(tolerance, iterationLimit);
+        // Far from the answer the inner solve need not be exact: a tenth of the last activity
+        // change is enough, and the last solve is always made at the full tolerance.
+        const double innerTolerance = std::max(tolerance, std::min(kLoosestInnerTolerance, 0.1 * lastChange));
+        inner = inner_.resolve(innerTolerance, iterationLimit);
         outcome.iterations += inner.iterations;
         if (!inner.converged) return outcome;
         measure(measured[0], measured[1]);
         const double next[2] = {std::log(measured[0]) - y[0], std::log(measured[1]) - y[1]};
         if (!std::isfinite(next[0]) || !std::isfinite(next[1])) return outcome;
-        if (largestMagnitude(next, 2) <= tolerance) {
-            outcome.converged = true;
-            return outcome;
+        lastChange = largestMagnitude(next, 2);
+        if (lastChange <= tolerance) {
+            if (innerTolerance == tolerance) {
+                outcome.converged = true;
+                return outcome;
+            }
+            continue;  // again at the same activities, solved to the full tolerance
         }
         if (!first) {
             // Good Broyden update: J += (Δr − J·Δy) Δyᵀ / (Δyᵀ Δy).

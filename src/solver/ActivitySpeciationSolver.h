@@ -59,6 +59,7 @@ private:
 
     const SpeciationSystem& system_;
     const ActivityCoefficientModel& model_;
+    ValueArray totals_;  ///< mol/kgw per basis name
     LogSpeciationSolver inner_;
     std::vector<double> halfChargeSquared_;  ///< per species; 0 for water
     std::vector<double> solute_;             ///< per species: 1, or 0 for water itself
