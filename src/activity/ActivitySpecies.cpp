@@ -1,5 +1,7 @@
 #include "activity/ActivitySpecies.h"
 
+#include <cstdint>
+
 namespace korvane {
 namespace Brinecast {
 
@@ -16,7 +18,7 @@ std::vector<ActivitySpecies> ActivitySpecies::of(const SpeciationSystem& system,
         const double z = system.charges[k];
         s.chargeSquared = z * z;
         const std::vector<double>& gamma = records[system.records[k]].data.gamma;
-        if (*system.speciesNames[k] == "H2O") {
+        if (static_cast<std::int32_t>(k) == system.masterSpecies[0]) {  // basis name 0 is water
             s.law = Law::Solvent;
         } else if (ownParameters && !gamma.empty()) {
             s.law = Law::Wateq;

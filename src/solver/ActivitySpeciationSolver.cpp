@@ -40,7 +40,8 @@ ActivitySpeciationSolver::ActivitySpeciationSolver(const SpeciationSystem& syste
       solute_(system.speciesCount(), 1.0),
       logGamma_(system.speciesCount(), 0.0),
       logK_(system.speciesCount(), 0.0),
-      logConstants_(system.speciesCount(), 0.0) {
+      logConstants_(system.speciesCount(), 0.0),
+      basisLogGamma_(system.basisCount, 0.0) {
     for (std::size_t k = 0; k < system.speciesCount(); ++k) {
         halfChargeSquared_[k] = 0.5 * system.charges[k] * system.charges[k];
     }
@@ -64,15 +65,14 @@ void ActivitySpeciationSolver::fold(double ionicStrength, double soluteMolality)
     logWaterActivity_ = model_.logWaterActivity(soluteMolality);
     const std::size_t n = system_.basisCount;
     // log γ of each basis species as it enters a mass-action law; water enters through a_w.
-    std::vector<double> basisLogGamma(n, 0.0);
     for (std::size_t j = kHydrogen; j < n; ++j) {
-        if (system_.masterSpecies[j] >= 0) basisLogGamma[j] = logGamma_[static_cast<std::size_t>(system_.masterSpecies[j])];
+        if (system_.masterSpecies[j] >= 0) basisLogGamma_[j] = logGamma_[static_cast<std::size_t>(system_.masterSpecies[j])];
     }
-    basisLogGamma[kWater] = logWaterActivity_;
+    basisLogGamma_[kWater] = logWaterActivity_;
     for (std::size_t k = 0; k < logConstants_.size(); ++k) {
         const double* a = system_.coefficientsOf(k);
         double c = logK_[k] - logGamma_[k];
-        for (std::size_t j = 0; j < n; ++j) c += a[j] * basisLogGamma[j];
+        for (std::size_t j = 0; j < n; ++j) c += a[j] * basisLogGamma_[j];
         logConstants_[k] = c;
     }
     inner_.setLogConstants(logConstants_);

@@ -64,6 +64,7 @@ private:
     std::vector<double> halfChargeSquared_;  ///< per species; 0 for water
     std::vector<double> solute_;             ///< per species: 1, or 0 for water itself
     std::vector<double> logGamma_, logK_, logConstants_;
+    std::vector<double> basisLogGamma_;  ///< per basis name: log γ of its species, log a_w for water
     double ionicStrength_ = 0.0;
     double logWaterActivity_ = 0.0;
 };
