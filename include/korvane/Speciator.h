@@ -37,7 +37,9 @@ struct SolveOptions {
     /// balance against the sum of |charge| x molality and, for Robust, the last correction of
     /// every free molality. Below about 1e-14 double precision cannot meet it.
     double tolerance = 1e-10;
-    /// Most Newton steps of the Robust solver. The Specified solver keeps its own limit of 1000.
+    /// Most Newton steps of one log-space solve of the Robust solver; a non-ideal activity model
+    /// runs one such solve per update of its activity coefficients. The Specified solver keeps its
+    /// own limit of 1000.
     std::uint64_t iterationLimit = 200;
     /// How activities follow from molalities. Anything but Ideal needs the Robust solver (Auto
     /// then runs it directly); Specified is defined for ideal activities only.
@@ -51,7 +53,7 @@ struct Diagnostics {
     bool converged = false;
     Method method = Method::Specified;  ///< the solver whose result this is: never Auto
     bool fellBack = false;              ///< Auto tried Specified first and reports Robust
-    std::uint64_t iterations = 0;       ///< Newton iterations of that solver
+    std::uint64_t iterations = 0;       ///< Newton iterations of that solver, over every activity update
     /// Sum of |residual| of the mass balances (mol/kgw) and the charge balance (eq/kgw); for
     /// Specified the norm its solver ended with, for Robust recomputed at its result.
     double residualNorm = 0.0;
