@@ -19,14 +19,59 @@ constexpr std::uint64_t kLargestUpdates = 100;
 /// can be far off, and a long secant step can leave the range where a_w is positive.
 constexpr double kLargestLogChange = 1.0;
 
-/// The loosest tolerance of an inner solve while the activities are still moving.
-constexpr double kLoosestInnerTolerance = 1e-4;
+/// Tolerance of the first solve, which only estimates I and Σm. Loosening the later solves as
+/// well saves Newton steps but costs activity updates (each inner error enters the next update),
+/// and an update costs as much as a Newton step: measured, it does not pay.
+constexpr double kEstimateTolerance = 1e-2;
 
 double largestMagnitude(const double* v, std::size_t n) {
     double largest = 0.0;
     for (std::size_t i = 0; i < n; ++i) largest = std::max(largest, std::fabs(v[i]));
     return largest;
 }
+
+/// Broyden's method on a two-by-two fixed-point residual r(y) = F(y) − y, started as plain
+/// substitution (Jacobian −1) and falling back to it whenever the secant model stops pointing
+/// along the residual; each step is capped at kLargestLogChange.
+class TwoBySecant {
+public:
+    void next(const double residual[2], double step[2]) {
+        if (!first_) {
+            // Good Broyden update: J += (Δr − J·Δy) Δyᵀ / (Δyᵀ Δy).
+            const double change[2] = {residual[0] - residual_[0], residual[1] - residual_[1]};
+            const double norm = step_[0] * step_[0] + step_[1] * step_[1];
+            for (int i = 0; i < 2; ++i) {
+                const double miss = change[i] - (jacobian_[i][0] * step_[0] + jacobian_[i][1] * step_[1]);
+                for (int j = 0; j < 2; ++j) jacobian_[i][j] += miss * step_[j] / norm;
+            }
+        }
+        first_ = false;
+        residual_[0] = residual[0];
+        residual_[1] = residual[1];
+        const double det = jacobian_[0][0] * jacobian_[1][1] - jacobian_[0][1] * jacobian_[1][0];
+        step_[0] = -(jacobian_[1][1] * residual[0] - jacobian_[0][1] * residual[1]) / det;
+        step_[1] = -(-jacobian_[1][0] * residual[0] + jacobian_[0][0] * residual[1]) / det;
+        if (!std::isfinite(step_[0]) || !std::isfinite(step_[1]) || step_[0] * residual[0] + step_[1] * residual[1] <= 0.0) {
+            jacobian_[0][0] = jacobian_[1][1] = -1.0;
+            jacobian_[0][1] = jacobian_[1][0] = 0.0;
+            step_[0] = residual[0];
+            step_[1] = residual[1];
+        }
+        const double longest = largestMagnitude(step_, 2);
+        if (longest > kLargestLogChange) {
+            step_[0] *= kLargestLogChange / longest;
+            step_[1] *= kLargestLogChange / longest;
+        }
+        step[0] = step_[0];
+        step[1] = step_[1];
+    }
+
+private:
+    double jacobian_[2][2] = {{-1.0, 0.0}, {0.0, -1.0}};
+    double residual_[2] = {0.0, 0.0};
+    double step_[2] = {0.0, 0.0};
+    bool first_ = true;
+};
 
 }  // namespace
 
@@ -100,7 +145,7 @@ ActivityOutcome ActivitySpeciationSolver::solve(double tolerance, std::uint64_t 
     }
     // For a non-ideal model this solve only estimates I and Σm: it need not be exact.
     LogSolverOutcome inner =
-        inner_.solve(model_.ideal() ? tolerance : std::max(tolerance, kLoosestInnerTolerance), iterationLimit);
+        inner_.solve(model_.ideal() ? tolerance : std::max(tolerance, kEstimateTolerance), iterationLimit);
     outcome.iterations = inner.iterations;
     if (model_.ideal() || !inner.converged) {
         double soluteMolality = 0.0;
@@ -112,59 +157,22 @@ ActivityOutcome ActivitySpeciationSolver::solve(double tolerance, std::uint64_t 
     double measured[2];
     measure(measured[0], measured[1]);
     double y[2] = {std::log(measured[0]), std::log(measured[1])};
-    // Broyden's estimate of d(residual)/dy; −1 makes the first step plain substitution.
-    double jacobian[2][2] = {{-1.0, 0.0}, {0.0, -1.0}};
-    double residual[2] = {0.0, 0.0};
-    double step[2] = {0.0, 0.0};
-    bool first = true;
-    double lastChange = kLoosestInnerTolerance;
+    TwoBySecant secant;
     while (outcome.activityUpdates < kLargestUpdates) {
         fold(std::exp(y[0]), std::exp(y[1]));
         ++outcome.activityUpdates;
-        // Far from the answer the inner solve need not be exact: a tenth of the last activity
-        // change is enough, and the last solve is always made at the full tolerance.
-        const double innerTolerance = std::max(tolerance, std::min(kLoosestInnerTolerance, 0.1 * lastChange));
-        inner = inner_.resolve(innerTolerance, iterationLimit);
+        inner = inner_.resolve(tolerance, iterationLimit);
         outcome.iterations += inner.iterations;
         if (!inner.converged) return outcome;
         measure(measured[0], measured[1]);
-        const double next[2] = {std::log(measured[0]) - y[0], std::log(measured[1]) - y[1]};
-        if (!std::isfinite(next[0]) || !std::isfinite(next[1])) return outcome;
-        lastChange = largestMagnitude(next, 2);
-        if (lastChange <= tolerance) {
-            if (innerTolerance == tolerance) {
-                outcome.converged = true;
-                return outcome;
-            }
-            continue;  // again at the same activities, solved to the full tolerance
+        const double residual[2] = {std::log(measured[0]) - y[0], std::log(measured[1]) - y[1]};
+        if (!std::isfinite(residual[0]) || !std::isfinite(residual[1])) return outcome;
+        if (largestMagnitude(residual, 2) <= tolerance) {
+            outcome.converged = true;
+            return outcome;
         }
-        if (!first) {
-            // Good Broyden update: J += (Δr − J·Δy) Δyᵀ / (Δyᵀ Δy).
-            const double dr[2] = {next[0] - residual[0], next[1] - residual[1]};
-            const double norm = step[0] * step[0] + step[1] * step[1];
-            for (int i = 0; i < 2; ++i) {
-                const double miss = dr[i] - (jacobian[i][0] * step[0] + jacobian[i][1] * step[1]);
-                for (int j = 0; j < 2; ++j) jacobian[i][j] += miss * step[j] / norm;
-            }
-        }
-        first = false;
-        residual[0] = next[0];
-        residual[1] = next[1];
-        const double det = jacobian[0][0] * jacobian[1][1] - jacobian[0][1] * jacobian[1][0];
-        step[0] = -(jacobian[1][1] * residual[0] - jacobian[0][1] * residual[1]) / det;
-        step[1] = -(-jacobian[1][0] * residual[0] + jacobian[0][0] * residual[1]) / det;
-        if (!std::isfinite(step[0]) || !std::isfinite(step[1]) || step[0] * residual[0] + step[1] * residual[1] <= 0.0) {
-            // The secant model lost its way: back to substitution.
-            jacobian[0][0] = jacobian[1][1] = -1.0;
-            jacobian[0][1] = jacobian[1][0] = 0.0;
-            step[0] = residual[0];
-            step[1] = residual[1];
-        }
-        const double longest = largestMagnitude(step, 2);
-        if (longest > kLargestLogChange) {
-            step[0] *= kLargestLogChange / longest;
-            step[1] *= kLargestLogChange / longest;
-        }
+        double step[2];
+        secant.next(residual, step);
         y[0] += step[0];
         y[1] += step[1];
     }
