@@ -5,6 +5,7 @@
 #include "brinecast/SpeciationCheck.h"
 
 #include <cmath>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -41,6 +42,20 @@ struct AnalysisResult {
     /// How the library's solver ended: which method gave the result, its iterations and the
     /// balance errors it measured. Empty until calculated.
     std::optional<Diagnostics> solver;
+    /// The activity model the calculation used and what it gave. Empty until calculated.
+    struct Activities {
+        ActivityModel model = ActivityModel::Ideal;
+        double ionicStrengthMolPerKgw = NAN;
+        double logWaterActivity = NAN;            ///< log10 a_w
+        std::map<std::string, double> logGammas;  ///< log10 γ by species name
+
+        /// log10 γ of `species`, NaN when the result does not list it.
+        double logGamma(const std::string& species) const {
+            const auto it = logGammas.find(species);
+            return it == logGammas.end() ? NAN : it->second;
+        }
+    };
+    std::optional<Activities> activities;
     SpeciationCheck::Result check;
     std::vector<std::string> warnings;
 

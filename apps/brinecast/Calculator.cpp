@@ -76,9 +76,11 @@ double Calculator::engineDensity(AnalysisResult& r) const {
     }
 }
 
-Calculator::Calculator(std::string engineDirectory, std::optional<std::string> balanceWith, Method method)
+Calculator::Calculator(std::string engineDirectory, std::optional<std::string> balanceWith, Method method,
+                       ActivityModel activity)
     : engineDirectory_(std::move(engineDirectory)), balanceWith_(std::move(balanceWith)) {
     solveOptions_.method = method;
+    solveOptions_.activity = activity;
 }
 
 Input Calculator::input(const Analysis& a, double densityGcm3) const {
@@ -155,6 +157,18 @@ void Calculator::calculate(AnalysisResult& r) const {
         r.pH = result.output.pH;
         r.solver = result.diagnostics;
         r.check = SpeciationCheck::check(LibraryBasis::of(in), result.output.pH, result.output.species.values);
+        AnalysisResult::Activities activities{result.activity, result.ionicStrength, result.logWaterActivity, {}};
+        const auto& species = result.output.species.values;
+        for (std::size_t i = 0; i < species.size() && i < result.logActivityCoefficients.size(); ++i)
+            activities.logGammas[species[i].name] = result.logActivityCoefficients[i];
+        r.activities = std::move(activities);
+        if (result.activity != ActivityModel::Ideal) {
+            // The check rebuilds H+ and OH- from the pH with ideal activities at 1 atm; with
+            // activities they also need γ and the pressure-corrected log K, which only the
+            // library knows, so the charge balance is the one it measured over every species.
+            r.check.chargeClosed = result.diagnostics.chargeImbalance <= SpeciationCheck::kChargeRelativeTolerance;
+            r.check.chargeSum = result.diagnostics.chargeImbalance * r.check.chargeScale;
+        }
     } catch (const std::invalid_argument& e) {
         // The library refuses input outside its data's range this way: the analysis' fault.
         fail(r, Status::Invalid, r.analysis.source + ": " + e.what(), "");

@@ -17,9 +17,10 @@ class Calculator {
 public:
     /// `engineDirectory` holds the engine library (kvpvt64.dll); `balanceWith` names the element
     /// or ion that cancels each analysis' charge imbalance before the calculation, if any;
-    /// `method` is the library's solver (Auto: the specified one, the robust one when that fails).
+    /// `method` is the library's solver (Auto: the specified one, the robust one when that fails)
+    /// and `activity` its activity model.
     Calculator(std::string engineDirectory, std::optional<std::string> balanceWith,
-               Method method = Method::Robust);
+               Method method = Method::Robust, ActivityModel activity = ActivityModel::Ideal);
 
     /// True when some analysis' density is for the engine to compute.
     static bool needsEngine(const std::vector<AnalysisResult>& results);

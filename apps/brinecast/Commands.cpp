@@ -160,7 +160,7 @@ std::vector<AnalysisResult> Commands::calculate(const std::vector<std::string>& 
             return {};
         }
     }
-    const Calculator calculator(options.engineDirectory, element, options.method);
+    const Calculator calculator(options.engineDirectory, element, options.method, options.activity);
     std::vector<AnalysisResult> results = load(files);
     // The engine's first load is not guarded: load it here, before the workers start. Without
     // an engine, each per-litre analysis would try to load it again, so they go one at a time.

@@ -26,6 +26,7 @@ public:
         std::optional<std::string> balanceWith;  ///< element or ion name as the user gave it
         unsigned threads = 0;                    ///< 0: one per core
         Method method = Method::Robust;          ///< the library's solver
+        ActivityModel activity = ActivityModel::DebyeHuckel;  ///< the library's activity model
         bool progress = false;                   ///< draw a progress bar on `err`
     };
 

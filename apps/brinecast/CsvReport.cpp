@@ -52,8 +52,11 @@ void CsvReport::writeHeader(std::ostream& out, const std::vector<std::string>& s
     if (withSpecies) {
         out << ",warnings,temperature_K,pressure_Pa,density_g_cm3,density_source,"
                "charge_balance_error_percent,balanced_with,balancing_amount,"
-               "worst_relative_error,solver,solver_iterations,mass_balance_error,charge_imbalance";
+               "worst_relative_error,solver,solver_iterations,mass_balance_error,charge_imbalance,"
+               "activity_model,ionic_strength_mol_per_kgw,water_activity";
         for (const std::string& s : species) out << ',' << field(s + " (mol/kgw)");
+        for (const std::string& s : species) out << ',' << field(s + " log10 gamma");
+        for (const std::string& s : species) out << ',' << field(s + " log10 activity");
     }
     out << '\n';
 }
@@ -81,6 +84,10 @@ void CsvReport::writeRow(std::ostream& out, const AnalysisResult& r,
             << (solved ? std::to_string(r.solver->iterations) : "") << ','
             << (solved ? number(r.solver->massBalanceError) : "") << ','
             << (solved ? number(r.solver->chargeImbalance) : "");
+        const AnalysisResult::Activities* activity = calculated && r.activities ? &*r.activities : nullptr;
+        out << ',' << (activity ? ResultText::activityModel(activity->model) : "") << ','
+            << (activity ? number(activity->ionicStrengthMolPerKgw) : "") << ','
+            << (activity ? number(std::pow(10.0, activity->logWaterActivity)) : "");
         std::map<std::string, double> molality;
         for (const SpeciationCheck::Component& c : r.check.components) {
             for (const SpeciationCheck::Species& s : c.species) molality[s.name] = s.molality;
@@ -88,6 +95,12 @@ void CsvReport::writeRow(std::ostream& out, const AnalysisResult& r,
         for (const std::string& s : species) {
             const auto it = molality.find(s);
             out << ',' << (calculated && it != molality.end() ? number(it->second) : "");
+        }
+        for (const std::string& s : species) out << ',' << (activity ? number(activity->logGamma(s)) : "");
+        for (const std::string& s : species) {
+            const auto it = molality.find(s);
+            const bool known = activity && it != molality.end() && it->second > 0.0;
+            out << ',' << (known ? number(activity->logGamma(s) + std::log10(it->second)) : "");
         }
     }
     out << '\n';

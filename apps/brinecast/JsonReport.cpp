@@ -79,7 +79,18 @@ void solver(Writer& w, const Diagnostics& d) {
     w.EndObject();
 }
 
-void components(Writer& w, const SpeciationCheck::Result& c, const ComponentNames& names) {
+void activities(Writer& w, const AnalysisResult::Activities& a) {
+    key(w, "activity");
+    w.StartObject();
+    text(w, "model", ResultText::activityModel(a.model));
+    number(w, "ionicStrengthMolPerKgw", a.ionicStrengthMolPerKgw);
+    number(w, "waterActivity", std::pow(10.0, a.logWaterActivity));
+    number(w, "log10WaterActivity", a.logWaterActivity);
+    w.EndObject();
+}
+
+void components(Writer& w, const SpeciationCheck::Result& c, const ComponentNames& names,
+                const AnalysisResult::Activities* activity) {
     key(w, "components");
     w.StartArray();
     for (const SpeciationCheck::Component& comp : c.components) {
@@ -98,6 +109,11 @@ void components(Writer& w, const SpeciationCheck::Result& c, const ComponentName
             number(w, "molalityMolPerKgw", s.molality);
             number(w, "coefficient", s.coefficient);
             number(w, "share", s.share);
+            if (activity != nullptr) {
+                const double logGamma = activity->logGamma(s.name);
+                number(w, "log10ActivityCoefficient", logGamma);
+                number(w, "log10Activity", logGamma + std::log10(s.molality));
+            }
             w.EndObject();
         }
         w.EndArray();
@@ -137,7 +153,8 @@ void analysis(Writer& w, const AnalysisResult& r, const ComponentNames* names) {
         if (r.calculated()) {
             if (r.solver) solver(w, *r.solver);
             check(w, r.check);
-            components(w, r.check, *names);
+            if (r.activities) activities(w, *r.activities);
+            components(w, r.check, *names, r.activities ? &*r.activities : nullptr);
         }
     }
     w.EndObject();

@@ -32,4 +32,14 @@ std::string ResultText::solver(const Diagnostics& d) {
     return d.fellBack ? "robust after specified" : "robust";
 }
 
+std::string ResultText::activityModel(ActivityModel model) {
+    switch (model) {
+        case ActivityModel::Ideal: return "ideal";
+        case ActivityModel::Davies: return "davies";
+        case ActivityModel::DebyeHuckel: return "debye-huckel";
+        case ActivityModel::Pitzer: return "pitzer";
+    }
+    return "unknown";
+}
+
 }  // namespace korvane::Brinecast::cli

@@ -18,6 +18,8 @@ public:
     /// The solver that gave a result: "specified", "robust", or "robust after specified" when
     /// the specified solver was tried first and did not converge.
     static std::string solver(const Diagnostics& diagnostics);
+    /// The activity model as the --activity option names it: "ideal", "davies", "debye-huckel".
+    static std::string activityModel(ActivityModel model);
 };
 
 }  // namespace korvane::Brinecast::cli

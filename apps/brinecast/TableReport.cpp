@@ -85,16 +85,28 @@ std::string solver(const Diagnostics& d) {
            NumberText::significant(d.chargeImbalance, 2);
 }
 
+/// "debye-huckel; ionic strength 0.6752 mol/kgw; water activity 0.98054".
+std::string activities(const AnalysisResult::Activities& a) {
+    return ResultText::activityModel(a.model) + "; ionic strength " +
+           NumberText::significant(a.ionicStrengthMolPerKgw, 6) + " mol/kgw; water activity " +
+           NumberText::significant(std::pow(10.0, a.logWaterActivity), 6);
+}
+
+std::string logNumber(double value) { return std::isfinite(value) ? NumberText::fixed(value, 4) : ""; }
+
 void species(std::ostream& out, const AnalysisResult& r, const ComponentNames& names) {
-    TextTable table({"Component", "Total (mol/kgw)", "Species", "Molality (mol/kgw)", "Share (%)"},
-                    {false, true, false, true, true});
+    TextTable table({"Component", "Total (mol/kgw)", "Species", "Molality (mol/kgw)", "Share (%)",
+                     "log10 gamma", "log10 activity"},
+                    {false, true, false, true, true, true, true});
     for (const SpeciationCheck::Component& c : r.check.components) {
         bool first = true;
         for (const SpeciationCheck::Species& s : c.species) {
+            const double logGamma = r.activities ? r.activities->logGamma(s.name) : NAN;
             table.add({first ? names.elementOfBasis(c.basis) + " (" + c.basis + ")" : "",
                        first ? NumberText::significant(c.total, 6) : "", s.name,
                        NumberText::significant(s.molality, 6),
-                       NumberText::significant(100.0 * s.share, 4)});
+                       NumberText::significant(100.0 * s.share, 4), logNumber(logGamma),
+                       s.molality > 0.0 ? logNumber(logGamma + std::log10(s.molality)) : ""});
             first = false;
         }
     }
@@ -132,6 +144,7 @@ void writeOne(std::ostream& out, const AnalysisResult& r, const ComponentNames& 
         return;
     }
     field(out, "pH", NumberText::fixed(r.pH, 3));
+    if (r.activities) field(out, "Activities", activities(*r.activities));
     if (r.solver) field(out, "Solver", solver(*r.solver));
     field(out, "Check", check(r.check));
     if (r.status == Status::NotClosed) field(out, "What to try", r.hint);

@@ -2,6 +2,7 @@
 // commands themselves are in Commands.
 #include "brinecast/Commands.h"
 #include "brinecast/EngineLocator.h"
+#include "brinecast/ResultText.h"
 #include "brinecast/Utf8Text.h"
 
 #include <CLI/CLI.hpp>
@@ -89,6 +90,17 @@ int main(int argc, char** argv) {
                    "run, as it is)")
         ->transform(CLI::CheckedTransformer(methods, CLI::ignore_case))
         ->default_str("robust");
+    const std::map<std::string, korvane::Brinecast::ActivityModel> activities{
+        {"ideal", korvane::Brinecast::ActivityModel::Ideal},
+        {"davies", korvane::Brinecast::ActivityModel::Davies},
+        {"debye-huckel", korvane::Brinecast::ActivityModel::DebyeHuckel}};
+    app.add_option("--activity", options.activity,
+                   "Activity model: debye-huckel (each ion's own size and salting coefficient, "
+                   "log K corrected for pressure; for brines like seawater and beyond), davies "
+                   "(charge alone; to about 0.5 mol/kgw), or ideal (every activity coefficient 1, "
+                   "as the library's run)")
+        ->transform(CLI::CheckedTransformer(activities, CLI::ignore_case))
+        ->default_str("debye-huckel");
 
     std::vector<std::string> files;
     std::string ion;
@@ -140,6 +152,13 @@ int main(int argc, char** argv) {
         return cli::Commands::kBadInput;
     }
 
+    if (options.method == korvane::Brinecast::Method::Specified &&
+        options.activity != korvane::Brinecast::ActivityModel::Ideal) {
+        std::cerr << "brinecast: --method specified solves with ideal activities only, and the "
+                     "activity model is " << cli::ResultText::activityModel(options.activity)
+                  << ": give --activity ideal with it, or leave --method at robust.\n";
+        return cli::Commands::kBadInput;
+    }
     if (options.engineDirectory.empty()) {
         options.engineDirectory = cli::EngineLocator::defaultDirectory();
     }

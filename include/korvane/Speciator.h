@@ -3,6 +3,7 @@
 /// parses the reaction data once and then answers any number of analyses, from many threads.
 /// `run` and `getPH` are unchanged beside it.
 
+#include <korvane/ActivityModel.h>
 #include <korvane/Brinecast.h>
 #include <korvane/Export.h>
 
@@ -39,8 +40,13 @@ struct SolveOptions {
     /// balance against the sum of |charge| x molality and, for Robust, the last correction of
     /// every free molality. Below about 1e-14 double precision cannot meet it.
     double tolerance = 1e-10;
-    /// Most Newton steps of the Robust solver. The Specified solver keeps its own limit of 1000.
+    /// Most Newton steps of one log-space solve of the Robust solver; a non-ideal activity model
+    /// runs one such solve per update of its activity coefficients. The Specified solver keeps its
+    /// own limit of 1000.
     std::uint64_t iterationLimit = 200;
+    /// How activities follow from molalities. Anything but Ideal needs the Robust solver (Auto
+    /// then runs it directly); Specified is defined for ideal activities only.
+    ActivityModel activity = ActivityModel::Ideal;
 };
 
 /// How a speciation ended and how well its result closes the balances.
@@ -51,7 +57,7 @@ struct Diagnostics {
     bool converged = false;
     Method method = Method::Specified;  ///< the solver whose result this is: never Auto
     bool fellBack = false;              ///< Auto tried Specified first and reports Robust
-    std::uint64_t iterations = 0;       ///< Newton iterations of that solver
+    std::uint64_t iterations = 0;       ///< Newton iterations of that solver, over every activity update
     /// Sum of |residual| of the mass balances (mol/kgw) and the charge balance (eq/kgw); for
     /// Specified the norm its solver ended with, for Robust recomputed at its result.
     double residualNorm = 0.0;
@@ -65,6 +71,13 @@ struct Diagnostics {
 struct Result {
     Output output;  ///< pH and species molalities (mol/kgw), grouped as `run` groups them
     Diagnostics diagnostics;
+    ActivityModel activity = ActivityModel::Ideal;  ///< the model the result was computed with
+    /// 0.5·Σ z²·m over every solute species, H+ and OH- included (mol/kgw); computed for every model.
+    double ionicStrength = 0.0;
+    double logWaterActivity = 0.0;  ///< log10 of the water activity; 0 for Ideal
+    /// log10 γ of each entry of `output.species`, in the same order; all 0 for Ideal. With the
+    /// pH (−log10 of the activity of H+) and the water activity they give any ion activity product.
+    std::vector<double> logActivityCoefficients;
 };
 
 /// One analysis of a batch: its result, or what its calculation threw.

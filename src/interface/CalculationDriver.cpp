@@ -198,13 +198,15 @@ std::vector<SpeciesGroup> groupSpecies(const std::vector<std::string>& basisName
 }
 
 Output assembleOutput(const std::vector<std::string>& basisNames, const std::vector<const std::string*>& speciesNames,
-                      const std::vector<double>& coefficients, const double* molalities, double hydrogenMolality) {
-    const GroupOrder order = groupOrder(basisNames.size(), speciesNames.size(), coefficients, molalities);
+                      const std::vector<double>& coefficients, const double* molalities, double hydrogenMolality,
+                      std::vector<std::uint32_t>* order) {
+    GroupOrder groups = groupOrder(basisNames.size(), speciesNames.size(), coefficients, molalities);
     Output output;
-    output.species.values.reserve(order.species.size());
-    for (std::uint32_t k : order.species) output.species.values.push_back({*speciesNames[k], molalities[k]});
+    output.species.values.reserve(groups.species.size());
+    for (std::uint32_t k : groups.species) output.species.values.push_back({*speciesNames[k], molalities[k]});
     output.species.unit = MolPerKgw;
     output.pH = -std::log10(hydrogenMolality);
+    if (order) *order = std::move(groups.species);
     return output;
 }
 

@@ -115,9 +115,11 @@ Output assembleOutput(const SpeciesModel& model);
 Output assembleOutput(const Speciation& speciation);
 /// The groups concatenated in order, in mol/kgw, and pH = -log10 of the free "H+" molality.
 Output assembleOutput(std::vector<SpeciesGroup> groups, double hydrogenMolality);
-/// The same from the parts of groupSpecies, without building the groups.
+/// The same from the parts of groupSpecies, without building the groups. `order`, when given,
+/// receives the species number of each entry of the output.
 Output assembleOutput(const std::vector<std::string>& basisNames, const std::vector<const std::string*>& speciesNames,
-                      const std::vector<double>& coefficients, const double* molalities, double hydrogenMolality);
+                      const std::vector<double>& coefficients, const double* molalities, double hydrogenMolality,
+                      std::vector<std::uint32_t>* order = nullptr);
 
 /// Diagnostic text of the solution held by `model`: "pH=..." then every group with its species.
 std::string solutionReport(const SpeciesModel& model);

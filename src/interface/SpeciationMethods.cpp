@@ -1,19 +1,23 @@
 #include "interface/SpeciationMethods.h"
 
+#include "activity/ActivityCoefficientModel.h"
 #include "database/SpeciesModel.h"
 #include "engine/ProcessedInput.h"
 #include "interface/AnalysisRangeCheck.h"
 #include "interface/CalculationDriver.h"
+#include "solver/ActivitySpeciationSolver.h"
 #include "solver/BalanceClosure.h"
 #include "solver/BasisPreparationCache.h"
 #include "solver/BasisReactionSet.h"
 #include "solver/ChargeBalanceEquationMaker.h"
-#include "solver/LogSpeciationSolver.h"
 #include "solver/ReactionIndex.h"
 
 #include <cmath>
+#include <cstdint>
+#include <memory>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 namespace korvane {
 namespace Brinecast {
@@ -21,6 +25,13 @@ namespace Brinecast {
 namespace {
 
 constexpr double kGramsPerKilogram = 1000.0;
+
+/// 0.5·Σ z²·m (mol/kgw).
+double ionicStrength(const std::vector<std::int32_t>& charges, const double* molalities) {
+    double sum = 0.0;
+    for (std::size_t k = 0; k < charges.size(); ++k) sum += 0.5 * charges[k] * charges[k] * molalities[k];
+    return sum;
+}
 
 void copyClosure(const BalanceClosure& closure, Diagnostics& diagnostics) {
     diagnostics.massBalanceError = closure.massBalanceError;
@@ -64,6 +75,8 @@ Result specifiedResult(const ProcessedInput& processed, const SpeciesModel& mode
 
     const BasisReactionSet& reactions = *speciation.basisReactionSet;
     const ValueArray molalities = speciation.equationMaker->speciesValues(speciation.solution);
+    result.ionicStrength = ionicStrength(reactions.charges(), molalities.data());
+    result.logActivityCoefficients.assign(result.output.species.values.size(), 0.0);
     copyClosure(BalanceClosure::measure(speciation.basisNames.size(), speciation.totals, reactions.coefficients(),
                                         reactions.charges(), molalities.data()),
                 diagnostics);
@@ -72,22 +85,33 @@ Result specifiedResult(const ProcessedInput& processed, const SpeciesModel& mode
     return result;
 }
 
-/// The same equations solved in the logarithms of the free molalities.
+/// The same equations solved in the logarithms of the free molalities, with the activities of
+/// `options.activity`.
 Result robustResult(const ProcessedInput& processed, const SpeciesModel& model, const ReactionIndex& index,
                     const SolveOptions& options) {
     // Analyses on a basis list this thread met before reuse its picked reactions.
-    const SpeciationSystem& system =
-        BasisPreparationCache::ofThisThread().system(index, processed.basisNames, processed.input.temperature);
-    // Water's activity as the speciation equations take it: its moles per kg times its molar mass.
+    const double temperature = processed.input.temperature;  // K
+    const SpeciationSystem& system = BasisPreparationCache::ofThisThread().system(index, processed.basisNames, temperature);
+    const std::unique_ptr<const ActivityCoefficientModel> activity = ActivityCoefficientModel::prepare(
+        options.activity, system, model.reactions, temperature, processed.input.pressure);
+    // Water's activity as the ideal speciation equations take it: its moles per kg times its molar mass.
     const double waterMolarMass = model.elementTable().molecularWeight("H2O");  // g/mol
     const double waterLogActivity = std::log10(kGramsPerKilogram / waterMolarMass * (waterMolarMass / kGramsPerKilogram));
-    LogSpeciationSolver solver(system, processed.totals, waterLogActivity);
-    const LogSolverOutcome outcome = solver.solve(options.tolerance, options.iterationLimit);
+    ActivitySpeciationSolver solver(system, processed.totals, *activity, waterLogActivity);
+    const ActivityOutcome outcome = solver.solve(options.tolerance, options.iterationLimit);
 
     const ValueArray free = solver.freeMolalities();
     const double* molalities = solver.molalities().data();
     Result result;
-    result.output = assembleOutput(processed.basisNames, system.speciesNames, system.coefficients, molalities, free[0]);
+    std::vector<std::uint32_t> order;
+    result.output =
+        assembleOutput(processed.basisNames, system.speciesNames, system.coefficients, molalities, free[0], &order);
+    result.activity = options.activity;
+    result.ionicStrength = solver.ionicStrength();
+    result.logWaterActivity = solver.logWaterActivity();
+    result.logActivityCoefficients.reserve(order.size());
+    for (std::uint32_t k : order) result.logActivityCoefficients.push_back(solver.logActivityCoefficients()[k]);
+    if (!activity->ideal()) result.output.pH = solver.pH();
     Diagnostics& diagnostics = result.diagnostics;
     diagnostics.method = Method::Robust;
     diagnostics.converged = outcome.converged;
@@ -103,6 +127,19 @@ void checkOptions(const SolveOptions& options) {
     if (options.method != Method::Specified && options.method != Method::Robust && options.method != Method::Auto) {
         throw std::invalid_argument("Unknown solve method " + std::to_string(static_cast<int>(options.method)) +
                                     "; use Method::Specified, Method::Robust or Method::Auto.");
+    }
+    if (options.activity == ActivityModel::Pitzer) {
+        throw std::invalid_argument("ActivityModel::Pitzer is not available yet; use ActivityModel::DebyeHuckel, "
+                                    "Davies or Ideal.");
+    }
+    if (options.activity != ActivityModel::Ideal && options.activity != ActivityModel::Davies &&
+        options.activity != ActivityModel::DebyeHuckel) {
+        throw std::invalid_argument("Unknown activity model " + std::to_string(static_cast<int>(options.activity)) +
+                                    "; use ActivityModel::Ideal, Davies or DebyeHuckel.");
+    }
+    if (options.method == Method::Specified && options.activity != ActivityModel::Ideal) {
+        throw std::invalid_argument("Method::Specified solves with ideal activities only; use Method::Robust or "
+                                    "Method::Auto with a non-ideal activity model, or ActivityModel::Ideal.");
     }
     if (!(options.tolerance > 0.0) || !std::isfinite(options.tolerance)) {
         throw std::invalid_argument("SolveOptions::tolerance is " + std::to_string(options.tolerance) +
@@ -122,7 +159,9 @@ Result speciateWith(const Input& input, const SpeciesModel& model, const Reactio
     const ProcessedInput processed = processInput(input, model);
     refuseAmountsOutOfRange(processed, model.elementTable());
     if (options.method == Method::Specified) return judged(specifiedResult(processed, model, options.tolerance));
-    if (options.method == Method::Robust) return judged(robustResult(processed, model, index, options));
+    // The specified solver knows ideal activities only: Auto goes straight to the robust one.
+    if (options.method == Method::Robust || options.activity != ActivityModel::Ideal)
+        return judged(robustResult(processed, model, index, options));
     try {
         Result specified = judged(specifiedResult(processed, model, options.tolerance));
         if (specified.diagnostics.converged) return specified;

@@ -298,6 +298,20 @@ LogSolverOutcome LogSpeciationSolver::solve(double tolerance, std::uint64_t iter
     }
     evaluate(u_.data());
     balanceComponents();
+    return iterate(tolerance, iterationLimit);
+}
+
+void LogSpeciationSolver::setLogConstants(const std::vector<double>& logConstants) {
+    for (ActiveSpecies& species : active_) species.constant = std::exp(kLn10 * logConstants[species.species]);
+}
+
+LogSolverOutcome LogSpeciationSolver::resolve(double tolerance, std::uint64_t iterationLimit) {
+    if (!feasible_) return solve(tolerance, iterationLimit);
+    if (!evaluate(u_.data())) return {false, 0};
+    return iterate(tolerance, iterationLimit);
+}
+
+LogSolverOutcome LogSpeciationSolver::iterate(double tolerance, std::uint64_t iterationLimit) {
     for (std::uint64_t iteration = 0;; ++iteration) {
         newtonStep();
         if (closes(tolerance)) return {true, iteration};

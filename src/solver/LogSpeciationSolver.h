@@ -43,6 +43,14 @@ public:
     /// finite number cannot be met: nothing is iterated and every molality is NaN.
     LogSolverOutcome solve(double tolerance, std::uint64_t iterationLimit);
 
+    /// Replaces the mass-action constants: log10 of each species' molality (mol/kgw) when every
+    /// free molality is 1 mol/kgw, one per species of the system. An activity iteration folds the
+    /// activity coefficients and the water activity into them.
+    void setLogConstants(const std::vector<double>& logConstants);
+    /// Iterates again from the last point, after new constants: near the answer already, it
+    /// skips the rough balancing of a cold start.
+    LogSolverOutcome resolve(double tolerance, std::uint64_t iterationLimit);
+
     /// Free molality (mol/kgw) of basis names 1..N−1 at the last point: the unknowns in the
     /// order of the speciation equations, 0 for a component with a zero total.
     ValueArray freeMolalities() const;
@@ -83,6 +91,8 @@ private:
     /// Divides the free molality of every component whose species hold several times its total
     /// by that ratio, when that lowers G: a Newton step would take many iterations to get there.
     void scaleDownOvershoots();
+    /// Newton steps with line search from the evaluated current point.
+    LogSolverOutcome iterate(double tolerance, std::uint64_t iterationLimit);
 
     std::size_t basisCount_;
     std::vector<std::size_t> basisOfUnknown_;  ///< basis index of each unknown; unknown 0 is "H+"

@@ -130,6 +130,8 @@ PreparedBasis ReactionIndex::prepare(const std::vector<std::string>& basisNames)
     system.speciesNames.reserve(speciesCount);
     system.charges.resize(speciesCount);
     prepared.ownCoefficients.resize(speciesCount);
+    system.records.assign(picked.begin(), picked.end());
+    system.masterSpecies.assign(basisCount, -1);
     // Absent basis species are written as -0.0 / c0 for formed species, as the reaction set does.
     system.coefficients.assign(speciesCount * basisCount, 0.0);
     for (std::size_t k = 0; k < speciesCount; ++k) {
@@ -148,6 +150,7 @@ PreparedBasis ReactionIndex::prepare(const std::vector<std::string>& basisNames)
         double* row = system.coefficients.data() + k * basisCount;
         if (count == 1) {
             row[basisPosition[formed[k]]] = own;
+            system.masterSpecies[static_cast<std::size_t>(basisPosition[formed[k]])] = static_cast<std::int32_t>(k);
             continue;
         }
         const double absent = -0.0 / own;

@@ -15,8 +15,11 @@ struct SpeciationSystem {
     std::size_t basisCount = 0;
     std::vector<const std::string*> speciesNames;  ///< one per species; owned by the reaction index
     std::vector<double> logK;                      ///< log10 K per formula unit of each species
+    std::vector<std::uint32_t> records;            ///< the reaction record that forms each species
     std::vector<std::int32_t> charges;             ///< charge of each species as its name states it
     std::vector<std::int32_t> basisCharges;        ///< charge of each basis species, in basis order
+    /// Per basis name, the species its own record forms ("H2O" and "H+" included), or −1.
+    std::vector<std::int32_t> masterSpecies;
     /// A(j, k) at k * basisCount + j: basis species j in one unit of species k.
     std::vector<double> coefficients;
     /// The first species whose reaction does not conserve charge, or null when all do.

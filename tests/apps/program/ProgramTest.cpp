@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 #include <rapidjson/document.h>
 
+#include <cmath>
 #include <cstdlib>
 #include <sstream>
 #include <string>
@@ -88,10 +89,52 @@ TEST(Program, JsonAndCsvCarryTheSameFullPrecisionNumbers) {
             const std::string column = std::string(s["name"].GetString()) + " (mol/kgw)";
             EXPECT_EQ(std::strtod(field(csv, 0, column).c_str(), nullptr),
                       s["molalityMolPerKgw"].GetDouble()) << column;
+            const std::string gamma = std::string(s["name"].GetString()) + " log10 gamma";
+            EXPECT_EQ(std::strtod(field(csv, 0, gamma).c_str(), nullptr),
+                      s["log10ActivityCoefficient"].GetDouble()) << gamma;
             ++compared;
         }
     }
     EXPECT_GT(compared, 10u);
+    EXPECT_EQ(field(csv, 0, "activity_model"), a["activity"]["model"].GetString());
+    EXPECT_EQ(std::strtod(field(csv, 0, "ionic_strength_mol_per_kgw").c_str(), nullptr),
+              a["activity"]["ionicStrengthMolPerKgw"].GetDouble());
+}
+
+// Debye-Hückel unless the user says otherwise, named in every report; the specified solver,
+// which knows ideal activities only, is refused with any other model before anything runs.
+TEST(Program, TheActivityModelIsChosenNamedAndKeptFromTheSpecifiedSolver) {
+    ScratchDirectory scratch;
+    const std::string file = kExamples + "/standard-seawater.json";
+    struct Case {
+        const char* options;
+        const char* model;
+    };
+    const Case cases[] = {{"", "debye-huckel"}, {"--activity davies ", "davies"}, {"--activity ideal ", "ideal"}};
+    double idealPH = 0.0, debyeHuckelPH = 0.0;
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.model);
+        const ProgramRun table = brinecast(std::string(c.options) + "speciate " + file, scratch);
+        EXPECT_EQ(table.status, 0) << table.err;
+        EXPECT_TRUE(has(table.out, std::string("Activities      ") + c.model + "; ionic strength 0.")) << table.out;
+        EXPECT_TRUE(has(table.out, "log10 gamma")) << table.out;
+        const rapidjson::Document d = parsed(brinecast(std::string(c.options) + "speciate --format json " + file, scratch).out);
+        const rapidjson::Value& a = d["analyses"][0];
+        EXPECT_STREQ(a["activity"]["model"].GetString(), c.model);
+        // Seawater: I of 0.6-0.75 mol/kgw whatever the model (ideal activities pair more ions).
+        EXPECT_NEAR(a["activity"]["ionicStrengthMolPerKgw"].GetDouble(), 0.675, 0.075);
+        if (std::string(c.model) == "ideal") idealPH = a["pH"].GetDouble();
+        if (std::string(c.model) == "debye-huckel") debyeHuckelPH = a["pH"].GetDouble();
+    }
+    // The activity of H+ in seawater sits well above its molality: the pH moves by tenths.
+    EXPECT_GT(std::fabs(debyeHuckelPH - idealPH), 0.1);
+
+    const ProgramRun refused = brinecast("--method specified speciate " + file, scratch);
+    EXPECT_EQ(refused.status, 2);
+    EXPECT_TRUE(has(refused.err, "--method specified solves with ideal activities only, and the activity model is "
+                                 "debye-huckel: give --activity ideal with it, or leave --method at robust."))
+        << refused.err;
+    EXPECT_EQ(brinecast("--activity pitzer speciate " + file, scratch).status, 2);
 }
 
 TEST(Program, EveryUnitAndLabIonNameIsAccepted) {
@@ -166,8 +209,10 @@ TEST(Program, UsageErrorsExitWith2AndHelpWith0) {
 TEST(Program, AFailedCalculationExitsWith1AndSaysWhatToTry) {
     ScratchDirectory scratch;
     const std::string file = kData + "/hypersaline.json";
+    // With ideal activities auto tries the specified solver first; with any other model the
+    // specified solver cannot run at all.
     for (const auto& [option, method] : {std::pair<std::string, const char*>{"", "robust"},
-                                         {"--method auto ", "robust after specified"}}) {
+                                         {"--method auto --activity ideal ", "robust after specified"}}) {
         const ProgramRun solved = brinecast(option + "speciate --format json " + file, scratch);
         EXPECT_EQ(solved.status, 0) << solved.err;
         const rapidjson::Document d = parsed(solved.out);
@@ -177,7 +222,7 @@ TEST(Program, AFailedCalculationExitsWith1AndSaysWhatToTry) {
         EXPECT_TRUE(a["check"]["closed"].GetBool());
     }
 
-    const ProgramRun specified = brinecast("--method specified speciate " + file, scratch);
+    const ProgramRun specified = brinecast("--method specified --activity ideal speciate " + file, scratch);
     EXPECT_EQ(specified.status, 1);
     EXPECT_TRUE(has(specified.out, "Solver          specified, ")) << specified.out;
     EXPECT_TRUE(has(specified.out, "NOT converged")) << specified.out;
