@@ -11,8 +11,8 @@
 namespace korvane::Brinecast::cli {
 
 /// Runs the library on analyses and checks what it returns. Many analyses may be calculated at
-/// once, on several threads, provided the engine library was loaded first (`loadEngine`): its
-/// first load is not guarded against other threads.
+/// once, on several threads; loading the engine first (`loadEngine`) keeps a missing engine from
+/// being retried by every per-litre analysis.
 class Calculator {
 public:
     /// `engineDirectory` holds the engine library (kvpvt64.dll); `balanceWith` names the element

@@ -162,8 +162,9 @@ std::vector<AnalysisResult> Commands::calculate(const std::vector<std::string>& 
     }
     const Calculator calculator(options.engineDirectory, element, options.method, options.activity);
     std::vector<AnalysisResult> results = load(files);
-    // The engine's first load is not guarded: load it here, before the workers start. Without
-    // an engine, each per-litre analysis would try to load it again, so they go one at a time.
+    // Load the engine once here, before the workers start. Without an engine, each per-litre
+    // analysis would try the three file names again under the bridge's load lock, so the workers
+    // would only queue on it: they go one at a time instead.
     const bool engineReady = !Calculator::needsEngine(results) || calculator.loadEngine();
     ProgressBar bar(err_, options.progress, results.size());
     BatchRunner::run(

@@ -11,10 +11,10 @@ namespace korvane::Brinecast::cli {
 class EngineDensity {
 public:
     /// Loads the engine library from `directory` unless the process holds one already; false
-    /// when none of its file names loads. The load is not guarded against other threads: call
-    /// this on one thread before densities are asked for on several.
+    /// when none of its file names loads. Safe from many threads at once (the bridge serialises
+    /// loads); calling it once before the workers start saves each of them a failed retry.
     static bool load(const std::string& directory);
-    /// g/cm3. Safe on several threads once `load` succeeded; before that, on one thread only.
+    /// g/cm3. Safe on several threads at once.
     static double of(const Input& input);
 };
 

@@ -129,8 +129,8 @@ StreamingBatch::Counts StreamingBatch::run(const std::string& fileName, const Pl
     CsvReport::writeHeader(out, species, true);
     for (auto read = nextRows(chunks, fileName, threads); !read.empty(); read = nextRows(chunks, fileName, threads)) {
         std::vector<AnalysisResult> rows = results(std::move(read), fileName);
-        // The engine's first load is not guarded: it is loaded here, before the workers start.
-        // Without an engine, each per-litre analysis tries again, so they go one at a time.
+        // The engine is loaded here, once, before the workers start. Without an engine, each
+        // per-litre analysis would retry the load under the bridge's lock, so they go one at a time.
         const bool engineReady = !Calculator::needsEngine(rows) || calculator_.loadEngine();
         std::vector<std::string> lines(rows.size());
         const std::size_t before = counts.rows();

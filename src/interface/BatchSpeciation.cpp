@@ -45,8 +45,8 @@ bool mayLoadDensityEngine(const Input& input) {
 std::vector<BatchItem> speciateBatch(const std::vector<Input>& inputs, unsigned threads,
                                      const std::function<Result(const Input&)>& speciateOne) {
     std::vector<BatchItem> items(inputs.size());
-    // The engine bridge does not guard its first load: until the engine is in, whatever may load
-    // it runs here, one at a time.
+    // Until the engine is in, whatever may load it runs here, one at a time: the bridge serialises
+    // loads anyway, and a missing engine would otherwise be retried by every worker in turn.
     std::vector<std::size_t> shared;
     shared.reserve(inputs.size());
     const std::shared_ptr<KorvaneDll>& engine = KorvaneDll::shared();
