@@ -1,9 +1,15 @@
 #!/usr/bin/env bash
 # Installs, from Debian packages, whatever the build still lacks. Quiet when everything is there;
 # runs apt-get update only when something must be installed.
+# `install-deps.sh windows` adds what the cross build for Windows needs: the MinGW-w64 compiler
+# with the posix thread model (std::thread, std::mutex), Wine to run its tests, and GoogleTest's
+# sources to build it for the target.
 set -euo pipefail
 
 packages=(cmake g++ make pkg-config rapidjson-dev libgtest-dev libgmock-dev libbenchmark-dev libcli11-dev)
+if [ "${1:-}" = windows ]; then
+  packages+=(g++-mingw-w64-x86-64-posix wine wine64 googletest)
+fi
 
 missing=()
 for p in "${packages[@]}"; do

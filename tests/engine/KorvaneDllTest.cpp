@@ -17,6 +17,8 @@
 #include <vector>
 
 using korvane::KorvaneDll;
+using korvane::platform::enabledFloatingPointTraps;
+using korvane::platform::setEnabledFloatingPointTraps;
 
 namespace {
 const std::string enginesDir = BRINECAST_TEST_ENGINES_DIR;
@@ -57,11 +59,11 @@ TEST(FloatingPointEnvironmentGuard, RestoresTrapsAndRoundingButLeavesFlagsAlone)
     const int rounding = fegetround();
     {
         const korvane::FloatingPointEnvironmentGuard guard;
-        feenableexcept(FE_UNDERFLOW);
+        setEnabledFloatingPointTraps(FE_UNDERFLOW);
         feraiseexcept(FE_INEXACT);  // raising a flag whose trap is off only sets the flag
         fesetround(FE_UPWARD);
     }
-    EXPECT_EQ(fegetexcept(), 0);
+    EXPECT_EQ(enabledFloatingPointTraps(), 0);
     EXPECT_EQ(fegetround(), rounding);
     EXPECT_NE(fetestexcept(FE_INEXACT), 0) << "a sticky flag raised inside the scope must stay raised";
     feclearexcept(FE_ALL_EXCEPT);
@@ -77,7 +79,7 @@ TEST(KorvaneDll, EngineCallsCannotChangeTheHostsTrapsOrRounding) {
     double volume = 0.0;
     bridge.phaseVolume(context, 3, &volume, &count, codes);
     bridge.destroyContext(context);
-    EXPECT_EQ(fegetexcept(), 0);
+    EXPECT_EQ(enabledFloatingPointTraps(), 0);
     EXPECT_EQ(fegetround(), rounding);
     // A zero total's logarithm is what a host computes next; with a trap left on it would kill it.
     volatile double zero = 0.0;
@@ -101,11 +103,11 @@ TEST(KorvaneDll, ManyThreadsAskingForTheFirstLoadAtOnceGetOneLibrary) {
 }
 
 TEST(KorvaneDll, EngineStartUpCannotChangeTheHostsTraps) {
-    feenableexcept(FE_OVERFLOW);
+    setEnabledFloatingPointTraps(FE_OVERFLOW);
     KorvaneDll bridge;
     const bool loaded = bridge.loadOnce(enginesDir + "/fp-traps");
-    const int hostTraps = fegetexcept();
-    fedisableexcept(FE_ALL_EXCEPT);
+    const int hostTraps = enabledFloatingPointTraps();
+    setEnabledFloatingPointTraps(0);
     ASSERT_TRUE(loaded);
     EXPECT_EQ(hostTraps, FE_OVERFLOW);
     EXPECT_EQ(testEngineControl<int (*)()>(bridge.libraryPath(), "kvtest_traps_after_load")(), FE_DIVBYZERO | FE_INVALID)
