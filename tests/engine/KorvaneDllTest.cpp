@@ -8,8 +8,17 @@
 
 #include <gtest/gtest.h>
 
+#ifdef _WIN32
+#ifndef WIN32_LEAN_AND_MEAN
+#define WIN32_LEAN_AND_MEAN
+#endif
+#include <windows.h>
+#endif
+
 #include <cfenv>
 #include <cmath>
+#include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <stdexcept>
 #include <string>
@@ -84,6 +93,31 @@ TEST(KorvaneDll, EngineCallsCannotChangeTheHostsTrapsOrRounding) {
     // A zero total's logarithm is what a host computes next; with a trap left on it would kill it.
     volatile double zero = 0.0;
     EXPECT_EQ(std::log10(zero), -HUGE_VAL);
+}
+
+/// Calls the test engine directly, as a host without the bridge would, then divides by zero.
+[[noreturn]] void divideByZeroAfterAnEngineCallOutsideTheBridge() {
+#ifdef _WIN32
+    // The trap is expected: end with its exception code rather than start a crash debugger.
+    SetUnhandledExceptionFilter([](EXCEPTION_POINTERS*) -> LONG { return EXCEPTION_EXECUTE_HANDLER; });
+#endif
+    KorvaneDll bridge;
+    if (!bridge.loadOnce(enginesDir + "/scripted")) std::abort();
+    const std::string engine = bridge.libraryPath();
+    testEngineControl<void (*)()>(engine, "kvtest_unsettle_floating_point")();
+    std::int32_t count = 0;
+    std::int32_t codes[KVPVT_ERROR_CAPACITY];
+    testEngineControl<decltype(&kvpvt_context_create)>(engine, KVPVT_CONTEXT_CREATE_NAME)(&count, codes);
+    volatile double zero = 0.0;
+    std::fprintf(stderr, "the host survived a division by zero: %g\n", 1.0 / zero);
+    std::exit(0);
+}
+
+// The trap the test engine switches on is real: an engine call that bypasses the bridge leaves it
+// on, and the host's next division by zero kills the process. The bridge's guard is what stands
+// between an engine and that.
+TEST(KorvaneDllDeathTest, AnEngineCallOutsideTheBridgeLeavesATrapThatKillsTheHost) {
+    EXPECT_DEATH(divideByZeroAfterAnEngineCallOutsideTheBridge(), "");
 }
 
 TEST(KorvaneDll, ManyThreadsAskingForTheFirstLoadAtOnceGetOneLibrary) {
