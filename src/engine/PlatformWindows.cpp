@@ -38,9 +38,9 @@ private:
 
 HMODULE load(const std::string& path) {
     const QuietLoaderErrors quiet;
-    // An engine is found by the full path the bridge built; LOAD_WITH_ALTERED_SEARCH_PATH makes
-    // the engine's own imports resolve beside it first, as they would beside an ELF's $ORIGIN.
-    return LoadLibraryExA(path.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
+    // No flags: the file and its own imports are looked up exactly as LoadLibraryA does, with the
+    // path as it stands ("dir//kvpvt64.dll" included), since hosts place engines for that search.
+    return LoadLibraryExA(path.c_str(), nullptr, 0);
 }
 
 std::string systemMessage(DWORD code) {
@@ -80,7 +80,7 @@ void closeLibrary(ModuleHandle module) {
 }
 
 void* findSymbol(ModuleHandle module, const char* name) {
-    // A null handle would name the program itself, not a search of nothing.
+    // A null module is no library: never let the loader look anywhere else for the name.
     if (module == nullptr) return nullptr;
     return reinterpret_cast<void*>(GetProcAddress(static_cast<HMODULE>(module), name));
 }
@@ -98,7 +98,8 @@ std::string moduleFileName(ModuleHandle module) {
     if (module == nullptr) return std::string();
     std::string name(MAX_PATH, '\0');
     for (;;) {
-        const DWORD length = GetModuleFileNameA(static_cast<HMODULE>(module), &name[0], static_cast<DWORD>(name.size()));
+        const DWORD length =
+            GetModuleFileNameA(static_cast<HMODULE>(module), &name[0], static_cast<DWORD>(name.size()));
         if (length == 0) return std::string();
         if (length < name.size()) {
             name.resize(length);

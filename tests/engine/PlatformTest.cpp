@@ -71,7 +71,8 @@ TEST(Platform, LoadErrorsAreEmptyOnlyForALoadableLibraryAndNameTheCause) {
 
 TEST(Platform, LoadedLibraryIsNamedByItsCanonicalFileAndFindsOnlyItsOwnExports) {
     const std::string canonical = std::filesystem::canonical(enginesDir + "/scripted/kvpvt64.dll").string();
-    for (const std::string asked : {"/scripted/kvpvt64.dll", "/scripted//kvpvt64.dll", "/empty/../scripted/kvpvt64.dll"}) {
+    for (const std::string asked :
+         {"/scripted/kvpvt64.dll", "/scripted//kvpvt64.dll", "/empty/../scripted/kvpvt64.dll"}) {
         const platform::ModuleHandle module = platform::openLibrary(enginesDir + asked);
         ASSERT_NE(module, nullptr) << asked;
         EXPECT_EQ(platform::moduleFileName(module), canonical) << asked;
@@ -112,7 +113,8 @@ TEST(PlatformDeathTest, EachTrapStopsItsOwnExceptionAndNoOther) {
     for (const TrapCase& c : trapCases) {
         EXPECT_DEATH(raiseWithTrapsOn(c, c.trap), "") << c.name;
         // Inexact aside (each of these operations also rounds), every other trap lets it through.
-        EXPECT_EXIT(raiseWithTrapsOn(c, everyStandardTrap & ~c.trap & ~FE_INEXACT), testing::ExitedWithCode(0), "survived")
+        EXPECT_EXIT(raiseWithTrapsOn(c, everyStandardTrap & ~c.trap & ~FE_INEXACT), testing::ExitedWithCode(0),
+                    "survived")
             << c.name;
     }
 }

@@ -41,7 +41,9 @@ ScratchDirectory::ScratchDirectory() {
         // Creation is the test for a name nobody else holds: it fails on an existing directory.
         if (fs::create_directory(candidate)) path_ = candidate.generic_string();
     }
-    if (path_.empty()) throw std::runtime_error("cannot create a scratch directory in " + fs::temp_directory_path().string());
+    if (path_.empty()) {
+        throw std::runtime_error("cannot create a scratch directory in " + fs::temp_directory_path().string());
+    }
 }
 
 ScratchDirectory::~ScratchDirectory() {
