@@ -45,7 +45,7 @@ bench: build
 
 # Windows: cross-built with MinGW-w64, tested under Wine. One wineserver serves the whole run
 # (each Wine process would otherwise start its own, seconds each); the prefix lives in the build.
-WINE_ENV = WINEPREFIX=$(CURDIR)/$(WINBUILD)/wineprefix WINEDEBUG=-all WINEDLLOVERRIDES="mscoree,mshtml="
+WINE_ENV = WINEPREFIX=$(CURDIR)/$(WINBUILD)/wineprefix WINEDEBUG=-all
 
 windows:
 	@scripts/install-deps.sh windows
