@@ -36,11 +36,14 @@ private:
     DWORD saved_ = kNotSet;
 };
 
-HMODULE load(const std::string& path) {
+/// Loads `path`; `error` gets the loader's error code, read before anything else can reset it.
+HMODULE load(const std::string& path, DWORD& error) {
     const QuietLoaderErrors quiet;
     // No flags: the file and its own imports are looked up exactly as LoadLibraryA does, with the
     // path as it stands ("dir//kvpvt64.dll" included), since hosts place engines for that search.
-    return LoadLibraryExA(path.c_str(), nullptr, 0);
+    const HMODULE module = LoadLibraryExA(path.c_str(), nullptr, 0);
+    error = module == nullptr ? GetLastError() : ERROR_SUCCESS;
+    return module;
 }
 
 std::string systemMessage(DWORD code) {
@@ -72,7 +75,8 @@ constexpr std::array<std::pair<int, unsigned int>, 6> trapMaskBits{{
 }  // namespace
 
 ModuleHandle openLibrary(const std::string& path) {
-    return reinterpret_cast<ModuleHandle>(load(path));
+    DWORD ignored = ERROR_SUCCESS;
+    return reinterpret_cast<ModuleHandle>(load(path, ignored));
 }
 
 void closeLibrary(ModuleHandle module) {
@@ -86,12 +90,13 @@ void* findSymbol(ModuleHandle module, const char* name) {
 }
 
 std::string libraryLoadError(const std::string& path) {
-    const HMODULE module = load(path);
+    DWORD error = ERROR_SUCCESS;
+    const HMODULE module = load(path, error);
     if (module != nullptr) {
         FreeLibrary(module);
         return std::string();
     }
-    return systemMessage(GetLastError());
+    return systemMessage(error);
 }
 
 std::string moduleFileName(ModuleHandle module) {
