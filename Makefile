@@ -49,7 +49,7 @@ WINE_ENV = WINEPREFIX=$(CURDIR)/$(WINBUILD)/wineprefix WINEDEBUG=-all
 
 windows:
 	@scripts/install-deps.sh windows
-	@cmake -S . -B $(WINBUILD) -DCMAKE_TOOLCHAIN_FILE=cmake/toolchains/mingw-w64-x86_64.cmake \
+	@cmake -S . -B $(WINBUILD) -DCMAKE_TOOLCHAIN_FILE=$(CURDIR)/cmake/toolchains/mingw-w64-x86_64.cmake \
 	  -DCMAKE_BUILD_TYPE=Release -DBRINECAST_WERROR=$(WERROR) >/dev/null
 	@cmake --build $(WINBUILD) -j $(JOBS)
 
