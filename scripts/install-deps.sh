@@ -1,12 +1,18 @@
 #!/usr/bin/env bash
 # Installs, from Debian packages, whatever the build still lacks. Quiet when everything is there;
 # runs apt-get update only when something must be installed.
+# `install-deps.sh windows` adds what the cross build for Windows needs: the MinGW-w64 compiler
+# with the posix thread model (std::thread, std::mutex), Wine to run its tests, and GoogleTest's
+# sources to build it for the target.
 set -euo pipefail
 
 packages=(cmake g++ make pkg-config rapidjson-dev libgtest-dev libgmock-dev libbenchmark-dev libcli11-dev)
 # `install-deps.sh fuzz`: also clang and its libFuzzer runtime, which only `make fuzz` needs.
 if [ "${1:-}" = fuzz ]; then
   packages+=(clang-14 libclang-rt-14-dev)
+fi
+if [ "${1:-}" = windows ]; then
+  packages+=(g++-mingw-w64-x86-64-posix wine wine64 googletest)
 fi
 
 missing=()

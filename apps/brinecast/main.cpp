@@ -7,7 +7,13 @@
 
 #include <CLI/CLI.hpp>
 
+#ifdef _WIN32
+#include <io.h>
+#define isatty _isatty
+#define fileno _fileno
+#else
 #include <unistd.h>
+#endif
 
 #include <cstdio>
 #include <exception>
@@ -72,6 +78,8 @@ int main(int argc, char** argv) {
                  "Analyses are JSON or CSV files; see README.md for their format.",
                  "brinecast"};
     app.require_subcommand(1);
+    // "/data/brine.json" is a file, never a Windows-style "/option", on every platform.
+    app.allow_windows_style_options(false);
     app.fallthrough();  // --engine-dir may come before or after the command
 
     cli::Commands::Options options;

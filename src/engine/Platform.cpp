@@ -1,4 +1,5 @@
 // Linux implementation of the platform seam: dlopen/dlsym/dlinfo and the glibc trap control.
+// (PlatformWindows.cpp is the Windows side; CMake builds one of the two.)
 #include "engine/Platform.h"
 
 #include <dlfcn.h>

@@ -8,8 +8,17 @@
 
 #include <gtest/gtest.h>
 
+#ifdef _WIN32
+#ifndef WIN32_LEAN_AND_MEAN
+#define WIN32_LEAN_AND_MEAN
+#endif
+#include <windows.h>
+#endif
+
 #include <cfenv>
 #include <cmath>
+#include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <stdexcept>
 #include <string>
@@ -17,6 +26,8 @@
 #include <vector>
 
 using korvane::KorvaneDll;
+using korvane::platform::enabledFloatingPointTraps;
+using korvane::platform::setEnabledFloatingPointTraps;
 
 namespace {
 const std::string enginesDir = BRINECAST_TEST_ENGINES_DIR;
@@ -57,11 +68,11 @@ TEST(FloatingPointEnvironmentGuard, RestoresTrapsAndRoundingButLeavesFlagsAlone)
     const int rounding = fegetround();
     {
         const korvane::FloatingPointEnvironmentGuard guard;
-        feenableexcept(FE_UNDERFLOW);
+        setEnabledFloatingPointTraps(FE_UNDERFLOW);
         feraiseexcept(FE_INEXACT);  // raising a flag whose trap is off only sets the flag
         fesetround(FE_UPWARD);
     }
-    EXPECT_EQ(fegetexcept(), 0);
+    EXPECT_EQ(enabledFloatingPointTraps(), 0);
     EXPECT_EQ(fegetround(), rounding);
     EXPECT_NE(fetestexcept(FE_INEXACT), 0) << "a sticky flag raised inside the scope must stay raised";
     feclearexcept(FE_ALL_EXCEPT);
@@ -77,11 +88,36 @@ TEST(KorvaneDll, EngineCallsCannotChangeTheHostsTrapsOrRounding) {
     double volume = 0.0;
     bridge.phaseVolume(context, 3, &volume, &count, codes);
     bridge.destroyContext(context);
-    EXPECT_EQ(fegetexcept(), 0);
+    EXPECT_EQ(enabledFloatingPointTraps(), 0);
     EXPECT_EQ(fegetround(), rounding);
     // A zero total's logarithm is what a host computes next; with a trap left on it would kill it.
     volatile double zero = 0.0;
     EXPECT_EQ(std::log10(zero), -HUGE_VAL);
+}
+
+/// Calls the test engine directly, as a host without the bridge would, then divides by zero.
+[[noreturn]] void divideByZeroAfterAnEngineCallOutsideTheBridge() {
+#ifdef _WIN32
+    // The trap is expected: end with its exception code rather than start a crash debugger.
+    SetUnhandledExceptionFilter([](EXCEPTION_POINTERS*) -> LONG { return EXCEPTION_EXECUTE_HANDLER; });
+#endif
+    KorvaneDll bridge;
+    if (!bridge.loadOnce(enginesDir + "/scripted")) std::abort();
+    const std::string engine = bridge.libraryPath();
+    testEngineControl<void (*)()>(engine, "kvtest_unsettle_floating_point")();
+    std::int32_t count = 0;
+    std::int32_t codes[KVPVT_ERROR_CAPACITY];
+    testEngineControl<decltype(&kvpvt_context_create)>(engine, KVPVT_CONTEXT_CREATE_NAME)(&count, codes);
+    volatile double zero = 0.0;
+    std::fprintf(stderr, "the host survived a division by zero: %g\n", 1.0 / zero);
+    std::exit(0);
+}
+
+// The trap the test engine switches on is real: an engine call that bypasses the bridge leaves it
+// on, and the host's next division by zero kills the process. The bridge's guard is what stands
+// between an engine and that.
+TEST(KorvaneDllDeathTest, AnEngineCallOutsideTheBridgeLeavesATrapThatKillsTheHost) {
+    EXPECT_DEATH(divideByZeroAfterAnEngineCallOutsideTheBridge(), "");
 }
 
 TEST(KorvaneDll, ManyThreadsAskingForTheFirstLoadAtOnceGetOneLibrary) {
@@ -101,11 +137,11 @@ TEST(KorvaneDll, ManyThreadsAskingForTheFirstLoadAtOnceGetOneLibrary) {
 }
 
 TEST(KorvaneDll, EngineStartUpCannotChangeTheHostsTraps) {
-    feenableexcept(FE_OVERFLOW);
+    setEnabledFloatingPointTraps(FE_OVERFLOW);
     KorvaneDll bridge;
     const bool loaded = bridge.loadOnce(enginesDir + "/fp-traps");
-    const int hostTraps = fegetexcept();
-    fedisableexcept(FE_ALL_EXCEPT);
+    const int hostTraps = enabledFloatingPointTraps();
+    setEnabledFloatingPointTraps(0);
     ASSERT_TRUE(loaded);
     EXPECT_EQ(hostTraps, FE_OVERFLOW);
     EXPECT_EQ(testEngineControl<int (*)()>(bridge.libraryPath(), "kvtest_traps_after_load")(), FE_DIVBYZERO | FE_INVALID)

@@ -1,8 +1,14 @@
 #!/usr/bin/env bash
-# Every dynamic symbol that libbrinecast.so defines must belong to the public API of korvane.
+# Every dynamic symbol that the Brinecast library defines must belong to the public API of korvane.
+# Usage: check-exports.sh LIBRARY [OBJDUMP]; a Windows DLL's exports are read from its PE export
+# table with OBJDUMP (the target's objdump), an ELF library's with nm -D.
 set -euo pipefail
-lib=$1
-symbols=$(nm -D --defined-only "$lib" | awk '{ $1=""; $2=""; sub(/^  /, ""); print }' | c++filt)
+lib=$1 objdump=${2:-objdump}
+case "$lib" in
+  *.dll) symbols=$("$objdump" -p "$lib" | sed -n '/^\[Ordinal\/Name Pointer\] Table/,/^$/p' |
+                   awk '/^[[:space:]]*\[ *[0-9]+\]/ { print $NF }' | c++filt) ;;
+  *) symbols=$(nm -D --defined-only "$lib" | awk '{ $1=""; $2=""; sub(/^  /, ""); print }' | c++filt) ;;
+esac
 bad=$(printf '%s\n' "$symbols" | grep -v -E \
   -e '^korvane::Brinecast::(run|getPH|getMolarCharge|getIonAmountToBalanceCharge|getLabIonElement|toCountedChargeName)\(' \
   -e '^korvane::Brinecast::ConcentsWithUnit::' \
@@ -12,7 +18,7 @@ bad=$(printf '%s\n' "$symbols" | grep -v -E \
   -e '^(typeinfo|typeinfo name|vtable) for korvane::(KorvaneError|KorvaneAssertion|UnreacheableException)$' \
   -e '^KORVANE_[0-9A-Z_.]*$' -e '^$' || true)
 if [ -n "$bad" ]; then
-  echo "libbrinecast.so exports symbols outside the public API:" >&2
+  echo "$lib exports symbols outside the public API:" >&2
   printf '%s\n' "$bad" >&2
   exit 1
 fi
@@ -20,7 +26,7 @@ for required in 'typeinfo for korvane::KorvaneError' 'typeinfo for korvane::Unre
                 'korvane::Brinecast::ConcentsWithUnit::size()' \
                 'korvane::Brinecast::Speciator::speciate(korvane::Brinecast::Input const&, korvane::Brinecast::SolveOptions const&) const'; do
   if ! printf '%s\n' "$symbols" | grep -q -F -x "$required"; then
-    echo "libbrinecast.so does not export: $required" >&2
+    echo "$lib does not export: $required" >&2
     exit 1
   fi
 done

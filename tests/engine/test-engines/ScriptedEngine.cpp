@@ -6,6 +6,8 @@
 // Its volume is 2e-5 m3 per mol of everything, so densities over it are easy to predict.
 #include <korvane/EngineAbi.h>
 
+#include "engine/Platform.h"
+
 #include <cfenv>
 #include <mutex>
 #include <sstream>
@@ -18,6 +20,9 @@ struct KvpvtContext {
 
 namespace {
 
+using korvane::platform::enabledFloatingPointTraps;
+using korvane::platform::setEnabledFloatingPointTraps;
+
 std::string callLog;      // "create;component WATER;...;destroy"
 std::mutex callLogMutex;  // contexts are created on many threads at once, as a real engine allows
 std::string failingStep;  // a call whose log entry starts with this fails with code 250
@@ -28,7 +33,7 @@ bool unsettleFloatingPoint = false;  // every call switches traps on and rounds 
 /// must fail. Returns whether the call succeeded.
 bool record(const std::string& entry, int32_t* count, int32_t* codes) {
     if (unsettleFloatingPoint) {
-        feenableexcept(FE_DIVBYZERO | FE_INVALID);
+        setEnabledFloatingPointTraps(enabledFloatingPointTraps() | FE_DIVBYZERO | FE_INVALID);
         fesetround(FE_UPWARD);
     }
     {
@@ -45,9 +50,8 @@ bool record(const std::string& entry, int32_t* count, int32_t* codes) {
 
 #ifdef KVTEST_TRAPS_ON_LOAD
 __attribute__((constructor)) void switchTrapsOn() {
-    fedisableexcept(FE_ALL_EXCEPT);
-    feenableexcept(FE_DIVBYZERO | FE_INVALID);
-    trapsAfterLoad = fegetexcept();
+    setEnabledFloatingPointTraps(FE_DIVBYZERO | FE_INVALID);
+    trapsAfterLoad = enabledFloatingPointTraps();
 }
 #endif
 
@@ -60,7 +64,7 @@ extern "C" KVPVT_ENGINE_EXPORT int kvtest_use_missing_import() { return kvtest_f
 
 extern "C" {
 
-// Test controls, found by the tests with dlsym.
+// Test controls, found by the tests through the platform seam.
 KVPVT_ENGINE_EXPORT const char* kvtest_call_log() { return callLog.c_str(); }
 /// Makes the call whose log entry starts with `step` fail from now on, and clears the log.
 KVPVT_ENGINE_EXPORT void kvtest_fail_at(const char* step) {
