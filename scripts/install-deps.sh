@@ -3,7 +3,9 @@
 # runs apt-get update only when something must be installed.
 set -euo pipefail
 
-packages=(cmake g++ make pkg-config rapidjson-dev libgtest-dev libgmock-dev libbenchmark-dev libcli11-dev)
+packages=(cmake g++ make pkg-config rapidjson-dev libgtest-dev libgmock-dev libbenchmark-dev libcli11-dev
+          python3-dev pybind11-dev python3-pybind11 python3-numpy python3-pandas python3-pytest
+          python3-dask python3-distributed python3-matplotlib)
 
 missing=()
 for p in "${packages[@]}"; do

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "FrameColumns.h"
+
+#include "brinecast/AnalysisResult.h"
+#include "brinecast/Calculator.h"
+#include "brinecast/ComponentNames.h"
+
+#include <korvane/Speciator.h>
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace korvane::Brinecast::python {
+
+/// What a Speciator is built from; everything else it holds is derived, so this is also what
+/// travels when it is pickled.
+struct FrameSettings {
+    SolveOptions solve;
+    std::string engineDirectory;             ///< empty: the one built or installed with brinecast
+    std::optional<std::string> balanceWith;  ///< element or ion that cancels each charge imbalance
+};
+
+/// Speciates tables of analyses as the command line does, on many threads. Immutable once
+/// built: any number of threads may call it at once.
+class FrameSpeciator {
+public:
+    /// Throws `InputError` when `balanceWith` is no element or ion to balance with.
+    explicit FrameSpeciator(FrameSettings settings);
+
+    const FrameSettings& settings() const { return settings_; }
+
+    /// One result per row, in row order; a bad row is kept with its status and message.
+    /// `threads` 0: one per core. Throws `InputError` for a column no analysis can have.
+    std::vector<cli::AnalysisResult> speciate(const FrameColumns& columns, unsigned threads) const;
+
+    /// The command line's settings, for keywords a caller leaves out.
+    static FrameSettings defaults();
+
+private:
+    FrameSettings settings_;
+    std::shared_ptr<const cli::ComponentNames> names_;
+    std::shared_ptr<const cli::Calculator> calculator_;
+};
+
+}  // namespace korvane::Brinecast::python
