@@ -81,11 +81,6 @@ Calculator::Calculator(std::string engineDirectory, std::optional<std::string> b
     solveOptions_.method = method;
 }
 
-Calculator::Calculator(std::string engineDirectory, std::optional<std::string> balanceWith,
-                       const SolveOptions& solveOptions)
-    : engineDirectory_(std::move(engineDirectory)), balanceWith_(std::move(balanceWith)),
-      solveOptions_(solveOptions) {}
-
 Input Calculator::input(const Analysis& a, double densityGcm3) const {
     Input in;
     in.dllPath = engineDirectory_;

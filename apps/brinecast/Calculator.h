@@ -20,9 +20,6 @@ public:
     /// `method` is the library's solver (Auto: the specified one, the robust one when that fails).
     Calculator(std::string engineDirectory, std::optional<std::string> balanceWith,
                Method method = Method::Auto);
-    /// As above, with every setting of the library's solver.
-    Calculator(std::string engineDirectory, std::optional<std::string> balanceWith,
-               const SolveOptions& solveOptions);
 
     /// True when some analysis' density is for the engine to compute.
     static bool needsEngine(const std::vector<AnalysisResult>& results);

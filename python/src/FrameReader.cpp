@@ -49,7 +49,7 @@ FrameReader::FrameReader(const cli::ComponentNames& names, const FrameColumns& c
         }
         if (isConditionColumn(name)) continue;
         if (names.isGas(name)) {
-            amounts_.push_back({&name, values, true});
+            amounts_.push_back({&name, columnName(name), values, true});
             continue;
         }
         const std::optional<cli::ComponentNames::Element> e = names.element(name);
@@ -64,8 +64,16 @@ FrameReader::FrameReader(const cli::ComponentNames& names, const FrameColumns& c
             throw InputError(columnName(name) + " gives " + e->name + " a second time (first in "
                              "column \"" + seen[key] + "\"); give each element once");
         }
-        amounts_.push_back({&name, values, false});
+        amounts_.push_back({&name, columnName(name), values, false});
     }
+    temperature_ = number("temperature");
+    pressure_ = number("pressure");
+    density_ = number("density");
+    names_column_ = text("name");
+    descriptions_ = text("description");
+    units_ = text("unit");
+    temperatureUnits_ = text("temperature_unit");
+    pressureUnits_ = text("pressure_unit");
 }
 
 const double* FrameReader::number(const char* name) const {
@@ -89,30 +97,33 @@ cli::AnalysisResult FrameReader::read(std::size_t row) const {
     try {
         cli::AnalysisBuilder b(names_, source, source);
         // A text column wins over its keyword; the keyword stands in for a column not given.
-        auto cell = [&](const char* column, const std::string& keyword) {
-            const std::vector<std::string>* values = text(column);
-            return values ? (*values)[row] : keyword;
+        auto cell = [row](const std::vector<std::string>* column, const std::string& keyword) -> const std::string& {
+            return column ? (*column)[row] : keyword;
         };
-        auto where = [](const char* column) { return columnName(column); };
-        if (const auto* names = text("name"); names && !(*names)[row].empty()) b.name((*names)[row]);
-        if (const auto* descriptions = text("description")) b.description((*descriptions)[row]);
-        if (const double* t = number("temperature"); t && !std::isnan(t[row])) {
-            b.temperature(t[row], cell("temperature_unit", columns_.temperatureUnit),
-                          where("temperature"), where("temperature_unit"));
+        static const std::string temperature = columnName("temperature");
+        static const std::string temperatureUnit = columnName("temperature_unit");
+        static const std::string pressure = columnName("pressure");
+        static const std::string pressureUnit = columnName("pressure_unit");
+        static const std::string density = columnName("density");
+        static const std::string unit = columnName("unit");
+        if (names_column_ && !(*names_column_)[row].empty()) b.name((*names_column_)[row]);
+        if (descriptions_) b.description((*descriptions_)[row]);
+        if (temperature_ && !std::isnan(temperature_[row])) {
+            b.temperature(temperature_[row], cell(temperatureUnits_, columns_.temperatureUnit),
+                          temperature, temperatureUnit);
         }
-        if (const double* p = number("pressure"); p && !std::isnan(p[row])) {
-            b.pressure(p[row], cell("pressure_unit", columns_.pressureUnit), where("pressure"),
-                       where("pressure_unit"));
+        if (pressure_ && !std::isnan(pressure_[row])) {
+            b.pressure(pressure_[row], cell(pressureUnits_, columns_.pressureUnit), pressure, pressureUnit);
         }
-        if (const double* d = number("density"); d && !std::isnan(d[row])) b.density(d[row], where("density"));
-        if (const std::string unit = cell("unit", columns_.unit); !unit.empty()) b.unit(unit, where("unit"));
+        if (density_ && !std::isnan(density_[row])) b.density(density_[row], density);
+        if (const std::string& u = cell(units_, columns_.unit); !u.empty()) b.unit(u, unit);
         for (const Amount& a : amounts_) {
             const double value = a.values[row];
             if (std::isnan(value)) continue;  // an empty cell: the component is absent
             if (a.gas) {
-                b.gas(*a.name, value, columnName(*a.name));
+                b.gas(*a.name, value, a.where);
             } else {
-                b.element(*a.name, value, columnName(*a.name));
+                b.element(*a.name, value, a.where);
             }
         }
         result.analysis = b.build();

@@ -28,6 +28,7 @@ public:
 private:
     struct Amount {
         const std::string* name;
+        std::string where;  ///< "column \"Na+\"", made once for the table rather than per cell
         const double* values;
         bool gas;
     };
@@ -38,6 +39,14 @@ private:
     const cli::ComponentNames& names_;
     const FrameColumns& columns_;
     std::vector<Amount> amounts_;
+    const double* temperature_ = nullptr;
+    const double* pressure_ = nullptr;
+    const double* density_ = nullptr;
+    const std::vector<std::string>* names_column_ = nullptr;
+    const std::vector<std::string>* descriptions_ = nullptr;
+    const std::vector<std::string>* units_ = nullptr;
+    const std::vector<std::string>* temperatureUnits_ = nullptr;
+    const std::vector<std::string>* pressureUnits_ = nullptr;
 };
 
 }  // namespace korvane::Brinecast::python

@@ -27,86 +27,69 @@ const std::vector<Field>& fields() {
         {"pH", [](const AnalysisResult& r) { return r.calculated() ? r.pH : NAN; }, {}},
         {"status", {}, [](const AnalysisResult& r) { return cli::ResultText::status(r.status); }},
         {"message", {}, [](const AnalysisResult& r) { return cli::ResultText::message(r); }},
-        {"warnings", {}, [](const AnalysisResult& r) {
-             std::string all;
-             for (const std::string& w : r.warnings) all += (all.empty() ? "" : " ") + w;
-             return all;
-         }},
         {"temperature_K", [](const AnalysisResult& r) { return read(r) ? r.analysis.temperatureK : NAN; }, {}},
         {"pressure_Pa", [](const AnalysisResult& r) { return read(r) ? r.analysis.pressurePa : NAN; }, {}},
+        // NaN where the library computed it with the engine: it does not report that density.
         {"density_g_cm3", [](const AnalysisResult& r) { return read(r) ? r.densityGcm3 : NAN; }, {}},
         {"density_source", {}, [](const AnalysisResult& r) {
              return read(r) ? cli::ResultText::densitySource(r.densitySource) : std::string();
          }},
-        {"charge_balance_error_percent",
-         [](const AnalysisResult& r) { return read(r) ? r.charge.errorPercent() : NAN; }, {}},
         {"balanced_with", {}, [](const AnalysisResult& r) { return r.balancing ? r.balancing->element : std::string(); }},
         {"balancing_amount", [](const AnalysisResult& r) { return r.balancing ? r.balancing->amount : NAN; }, {}},
-        {"worst_relative_error",
-         [](const AnalysisResult& r) { return r.calculated() ? r.check.worstRelativeError() : NAN; }, {}},
         {"solver", {}, [](const AnalysisResult& r) {
              return solved(r) ? cli::ResultText::solver(*r.solver) : std::string();
          }},
         {"solver_iterations",
          [](const AnalysisResult& r) { return solved(r) ? static_cast<double>(r.solver->iterations) : NAN; }, {}},
+        {"residual_norm", [](const AnalysisResult& r) { return solved(r) ? r.solver->residualNorm : NAN; }, {}},
         {"mass_balance_error", [](const AnalysisResult& r) { return solved(r) ? r.solver->massBalanceError : NAN; }, {}},
         {"charge_imbalance", [](const AnalysisResult& r) { return solved(r) ? r.solver->chargeImbalance : NAN; }, {}},
     };
     return table;
 }
 
-/// The species of one result, in the order its check lists them.
-std::vector<const cli::SpeciationCheck::Species*> speciesOf(const AnalysisResult& r) {
-    std::vector<const cli::SpeciationCheck::Species*> all;
-    if (!r.calculated()) return all;
-    for (const auto& c : r.check.components) {
-        for (const auto& s : c.species) all.push_back(&s);
-    }
-    return all;
-}
-
-bool sameNames(const std::vector<const cli::SpeciationCheck::Species*>& a,
-               const std::vector<const cli::SpeciationCheck::Species*>& b) {
+bool sameNames(const std::vector<NameValue>& a, const std::vector<NameValue>& b) {
     if (a.size() != b.size()) return false;
     for (std::size_t i = 0; i < a.size(); ++i) {
-        if (a[i]->name != b[i]->name) return false;
+        if (a[i].name != b[i].name) return false;
     }
     return true;
 }
 
 }  // namespace
 
-std::vector<FrameReport::Column> FrameReport::of(const std::vector<AnalysisResult>& results) {
-    const std::size_t rows = results.size();
+std::vector<FrameReport::Column> FrameReport::of(const std::vector<FrameRow>& rows) {
+    const std::size_t count = rows.size();
     std::vector<Column> columns;
     for (const Field& f : fields()) {
         Column c{f.name, static_cast<bool>(f.text), {}, {}};
         if (c.text) {
-            c.texts.reserve(rows);
-            for (const AnalysisResult& r : results) c.texts.push_back(f.text(r));
+            c.texts.reserve(count);
+            for (const FrameRow& row : rows) c.texts.push_back(f.text(row.result));
         } else {
-            c.numbers.reserve(rows);
-            for (const AnalysisResult& r : results) c.numbers.push_back(f.number(r));
+            c.numbers.reserve(count);
+            for (const FrameRow& row : rows) c.numbers.push_back(f.number(row.result));
         }
         columns.push_back(std::move(c));
     }
     // Neighbouring rows of a table usually hold the same species: their column positions are
-    // looked up once per run of rows, not once per cell.
+    // looked up once per run of such rows, not once per cell.
     std::unordered_map<std::string, std::size_t> position;
-    std::vector<const cli::SpeciationCheck::Species*> previous;
+    const std::vector<NameValue>* previous = nullptr;
     std::vector<std::size_t> slots;
-    for (std::size_t row = 0; row < rows; ++row) {
-        std::vector<const cli::SpeciationCheck::Species*> species = speciesOf(results[row]);
-        if (row == 0 || !sameNames(species, previous)) {
+    for (std::size_t i = 0; i < count; ++i) {
+        const std::vector<NameValue>& species = rows[i].species;
+        if (species.empty()) continue;
+        if (!previous || !sameNames(species, *previous)) {
             slots.clear();
-            for (const auto* s : species) {
-                auto [it, added] = position.emplace(s->name, columns.size());
-                if (added) columns.push_back(Column{s->name + " (mol/kgw)", false, std::vector<double>(rows, NAN), {}});
+            for (const NameValue& s : species) {
+                auto [it, added] = position.emplace(s.name, columns.size());
+                if (added) columns.push_back(Column{s.name + " (mol/kgw)", false, std::vector<double>(count, NAN), {}});
                 slots.push_back(it->second);
             }
         }
-        for (std::size_t i = 0; i < species.size(); ++i) columns[slots[i]].numbers[row] = species[i]->molality;
-        previous = std::move(species);
+        for (std::size_t k = 0; k < species.size(); ++k) columns[slots[k]].numbers[i] = species[k].value;
+        previous = &species;
     }
     return columns;
 }

@@ -1,15 +1,16 @@
 #pragma once
 
-#include "brinecast/AnalysisResult.h"
+#include "FrameSpeciator.h"
 
 #include <string>
 #include <vector>
 
 namespace korvane::Brinecast::python {
 
-/// Results as the columns of the command line's CSV report, one entry per analysis in input
-/// order: pH, status, message, the conditions and checks, then "<species> (mol/kgw)" for every
-/// species any analysis has, in order of first appearance. NaN (or "") where a row has no value.
+/// Results as columns named as in the command line's CSV report, one entry per analysis in
+/// input order: pH, status, message, the conditions, the solver's diagnostics, then
+/// "<species> (mol/kgw)" for every species any analysis has, in order of first appearance.
+/// NaN (or "") where a row has no value.
 class FrameReport {
 public:
     struct Column {
@@ -19,7 +20,7 @@ public:
         std::vector<std::string> texts;
     };
 
-    static std::vector<Column> of(const std::vector<cli::AnalysisResult>& results);
+    static std::vector<Column> of(const std::vector<FrameRow>& rows);
 };
 
 }  // namespace korvane::Brinecast::python

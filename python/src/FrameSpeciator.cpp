@@ -3,13 +3,54 @@
 #include "FrameReader.h"
 
 #include "brinecast/BatchRunner.h"
+#include "brinecast/ChargeBalance.h"
 #include "brinecast/Commands.h"
 #include "brinecast/EngineLocator.h"
 #include "brinecast/InputError.h"
+#include "brinecast/NumberText.h"
+#include "brinecast/UnitNames.h"
 
+#include <cmath>
+#include <stdexcept>
 #include <utility>
 
 namespace korvane::Brinecast::python {
+namespace {
+
+using Status = cli::AnalysisResult::Status;
+using DensitySource = cli::AnalysisResult::DensitySource;
+
+void markFailed(cli::AnalysisResult& r, Status status, std::string message, std::string hint) {
+    r.status = status;
+    r.error = std::move(message);
+    r.hint = std::move(hint);
+}
+
+/// Where the density of an analysis comes from: given, computed by the engine inside the
+/// library (per-litre amounts), or not needed (per-kilogram amounts).
+void settleDensity(cli::AnalysisResult& r) {
+    if (r.analysis.densityGcm3 > 0.0) {
+        r.densitySource = DensitySource::Given;
+        r.densityGcm3 = r.analysis.densityGcm3;
+    } else if (!r.analysis.elements.empty() && cli::UnitNames::isPerLitre(r.analysis.unit)) {
+        r.densitySource = DensitySource::Engine;
+        r.densityGcm3 = NAN;  // the library computes it and does not report it
+    } else {
+        r.densitySource = DensitySource::NotNeeded;
+        r.densityGcm3 = 1.0;
+    }
+}
+
+std::string notClosed(const Diagnostics& d) {
+    return "The solver stopped before the balances closed (mass balance error " +
+           cli::NumberText::significant(d.massBalanceError, 3) + ", charge imbalance " +
+           cli::NumberText::significant(d.chargeImbalance, 3) +
+           "): these numbers are not a solution. Check the analysis' charge balance and its "
+           "units; the specified solver fails above about 3 mol/kgw of chloride: use "
+           "method=\"robust\" or \"auto\".";
+}
+
+}  // namespace
 
 FrameSettings FrameSpeciator::defaults() {
     // The program's own defaults, so that Python and the command line give the same numbers for
@@ -21,7 +62,6 @@ FrameSettings FrameSpeciator::defaults() {
 
 FrameSpeciator::FrameSpeciator(FrameSettings settings)
     : settings_(std::move(settings)), names_(std::make_shared<const cli::ComponentNames>()) {
-    std::optional<std::string> element;
     if (settings_.balanceWith) {
         const auto e = names_->element(*settings_.balanceWith);
         if (!e || e->carbonate) {
@@ -29,28 +69,80 @@ FrameSpeciator::FrameSpeciator(FrameSettings settings)
                                   "\" is not an element or ion to balance with; use " +
                                   names_->acceptedElements() + " (but not CO3--)");
         }
-        element = e->name;
+        balancingElement_ = e->name;
     }
     const std::string directory = settings_.engineDirectory.empty()
                                       ? cli::EngineLocator::defaultDirectory()
                                       : settings_.engineDirectory;
-    calculator_ = std::make_shared<const cli::Calculator>(directory, element, settings_.solve);
+    inputs_ = std::make_shared<const cli::Calculator>(directory, std::nullopt);
 }
 
-std::vector<cli::AnalysisResult> FrameSpeciator::speciate(const FrameColumns& columns,
-                                                          unsigned threads) const {
+std::vector<FrameRow> FrameSpeciator::speciate(const FrameColumns& columns, unsigned threads) const {
     const FrameReader reader(*names_, columns);
-    std::vector<cli::AnalysisResult> results(columns.rows);
+    std::vector<FrameRow> rows(columns.rows);
     const auto quiet = [](std::size_t) {};
     cli::BatchRunner::run(
-        results.size(), threads, [&](std::size_t i) { results[i] = reader.read(i); }, quiet);
-    // The engine's first load is not guarded against other threads: load it before they start;
-    // without it, each per-litre analysis would try again, so they go one at a time.
-    const bool engineReady = !cli::Calculator::needsEngine(results) || calculator_->loadEngine();
+        rows.size(), threads,
+        [&](std::size_t i) {
+            cli::AnalysisResult& r = rows[i].result;
+            r = reader.read(i);
+            if (r.status != Status::Ok || !balancingElement_) return;
+            try {
+                const cli::ChargeBalance before = cli::ChargeBalance::of(r.analysis);
+                const double amount = before.amountToCancel(*balancingElement_);
+                cli::ChargeBalance::add(r.analysis, *balancingElement_, amount);
+                r.balancing = cli::AnalysisResult::Balancing{*balancingElement_, amount, before};
+            } catch (const std::exception& e) {
+                markFailed(r, Status::Invalid, r.analysis.source + ": " + e.what(), "");
+            }
+        },
+        quiet);
+
+    // Every readable row goes to the library as one batch; it loads the density engine once,
+    // before its threads start.
+    std::vector<Input> inputs;
+    std::vector<std::size_t> rowOf;
+    inputs.reserve(rows.size());
+    rowOf.reserve(rows.size());
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        cli::AnalysisResult& r = rows[i].result;
+        if (r.status != Status::Ok) continue;
+        settleDensity(r);
+        inputs.push_back(inputs_->input(r.analysis, r.analysis.densityGcm3));
+        rowOf.push_back(i);
+    }
+    std::vector<BatchItem> items = speciator_.speciateBatch(inputs, settings_.solve, threads);
     cli::BatchRunner::run(
-        results.size(), engineReady ? threads : 1,
-        [&](std::size_t i) { calculator_->calculate(results[i]); }, quiet);
-    return results;
+        items.size(), threads,
+        [&](std::size_t k) {
+            FrameRow& row = rows[rowOf[k]];
+            cli::AnalysisResult& r = row.result;
+            BatchItem& item = items[k];
+            if (!item.ok()) {
+                // The library refuses input outside its data's range with invalid_argument.
+                bool outOfRange = false;
+                try {
+                    std::rethrow_exception(item.error);
+                } catch (const std::invalid_argument&) {
+                    outOfRange = true;
+                } catch (...) {
+                }
+                if (outOfRange) {
+                    markFailed(r, Status::Invalid, r.analysis.source + ": " + item.errorMessage, "");
+                } else {
+                    markFailed(r, Status::Failed, item.errorMessage, cli::Calculator::hintFor(item.errorMessage));
+                }
+                return;
+            }
+            r.pH = item.result.output.pH;
+            r.solver = item.result.diagnostics;
+            row.species = std::move(item.result.output.species.values);
+            if (!item.result.diagnostics.converged) {
+                markFailed(r, Status::NotClosed, notClosed(item.result.diagnostics), "");
+            }
+        },
+        quiet);
+    return rows;
 }
 
 }  // namespace korvane::Brinecast::python

@@ -23,8 +23,14 @@ struct FrameSettings {
     std::optional<std::string> balanceWith;  ///< element or ion that cancels each charge imbalance
 };
 
-/// Speciates tables of analyses as the command line does, on many threads. Immutable once
-/// built: any number of threads may call it at once.
+/// One row of a table: as read (and balanced), and what the library made of it.
+struct FrameRow {
+    cli::AnalysisResult result;      ///< analysis, status, message, pH and diagnostics
+    std::vector<NameValue> species;  ///< molalities (mol/kgw), empty unless calculated
+};
+
+/// Speciates tables of analyses read as the command line reads them, with one library batch
+/// on many threads. Immutable once built: any number of threads may call it at once.
 class FrameSpeciator {
 public:
     /// Throws `InputError` when `balanceWith` is no element or ion to balance with.
@@ -34,7 +40,7 @@ public:
 
     /// One result per row, in row order; a bad row is kept with its status and message.
     /// `threads` 0: one per core. Throws `InputError` for a column no analysis can have.
-    std::vector<cli::AnalysisResult> speciate(const FrameColumns& columns, unsigned threads) const;
+    std::vector<FrameRow> speciate(const FrameColumns& columns, unsigned threads) const;
 
     /// The command line's settings, for keywords a caller leaves out.
     static FrameSettings defaults();
@@ -42,7 +48,10 @@ public:
 private:
     FrameSettings settings_;
     std::shared_ptr<const cli::ComponentNames> names_;
-    std::shared_ptr<const cli::Calculator> calculator_;
+    std::optional<std::string> balancingElement_;
+    /// For the command line's conversion of an analysis into the library's input.
+    std::shared_ptr<const cli::Calculator> inputs_;
+    Speciator speciator_;
 };
 
 }  // namespace korvane::Brinecast::python
