@@ -7,6 +7,7 @@ Columns are the command line's CSV columns: one per element, lab ion or gas (``N
 """
 
 import math
+import os
 
 import numpy as np
 
@@ -87,6 +88,8 @@ class Speciator:
         native_settings = _Settings()
         for key, value in settings.items():
             setattr(native_settings, key, _SETTINGS[key](value))
+        if "engine_dir" not in settings and os.path.isdir(_INSTALLED_ENGINE):
+            native_settings.engine_dir = _INSTALLED_ENGINE
         object.__setattr__(self, "_options", dict(settings))
         object.__setattr__(self, "_native", _FrameSpeciator(native_settings))
 
@@ -165,6 +168,12 @@ def _numbers(name, values):
 def _rebuild(options):
     return Speciator(**options)
 
+
+# Where `cmake --install` puts the reference density engine, seen from this package:
+# <prefix>/lib/brinecast/engines/reference beside <prefix>/lib/python3.X/dist-packages/brinecast.
+_INSTALLED_ENGINE = os.path.normpath(os.path.join(os.path.dirname(os.path.abspath(__file__)),
+                                                  "..", "..", "..", "brinecast", "engines",
+                                                  "reference"))
 
 _default = {}
 
