@@ -52,6 +52,17 @@ std::string notClosed(const Diagnostics& d) {
 
 }  // namespace
 
+void FrameSpeciator::balance(cli::AnalysisResult& r) const {
+    try {
+        const cli::ChargeBalance before = cli::ChargeBalance::of(r.analysis);
+        const double amount = before.amountToCancel(*balancingElement_);
+        cli::ChargeBalance::add(r.analysis, *balancingElement_, amount);
+        r.balancing = cli::AnalysisResult::Balancing{*balancingElement_, amount, before};
+    } catch (const std::exception& e) {
+        markFailed(r, Status::Invalid, r.analysis.source + ": " + e.what(), "");
+    }
+}
+
 FrameSettings FrameSpeciator::defaults() {
     // The program's own defaults, so that Python and the command line give the same numbers for
     // the same table.
@@ -86,15 +97,11 @@ std::vector<FrameRow> FrameSpeciator::speciate(const FrameColumns& columns, unsi
         [&](std::size_t i) {
             cli::AnalysisResult& r = rows[i].result;
             r = reader.read(i);
-            if (r.status != Status::Ok || !balancingElement_) return;
-            try {
-                const cli::ChargeBalance before = cli::ChargeBalance::of(r.analysis);
-                const double amount = before.amountToCancel(*balancingElement_);
-                cli::ChargeBalance::add(r.analysis, *balancingElement_, amount);
-                r.balancing = cli::AnalysisResult::Balancing{*balancingElement_, amount, before};
-            } catch (const std::exception& e) {
-                markFailed(r, Status::Invalid, r.analysis.source + ": " + e.what(), "");
-            }
+            if (r.status != Status::Ok) return;
+            if (balancingElement_) balance(r);
+            if (r.status != Status::Ok) return;
+            settleDensity(r);
+            rows[i].input = inputs_->input(r.analysis, r.analysis.densityGcm3);
         },
         quiet);
 
@@ -107,8 +114,7 @@ std::vector<FrameRow> FrameSpeciator::speciate(const FrameColumns& columns, unsi
     for (std::size_t i = 0; i < rows.size(); ++i) {
         cli::AnalysisResult& r = rows[i].result;
         if (r.status != Status::Ok) continue;
-        settleDensity(r);
-        inputs.push_back(inputs_->input(r.analysis, r.analysis.densityGcm3));
+        inputs.push_back(std::move(rows[i].input));
         rowOf.push_back(i);
     }
     std::vector<BatchItem> items = speciator_.speciateBatch(inputs, settings_.solve, threads);

@@ -27,6 +27,7 @@ struct FrameSettings {
 struct FrameRow {
     cli::AnalysisResult result;      ///< analysis, status, message, pH and diagnostics
     std::vector<NameValue> species;  ///< molalities (mol/kgw), empty unless calculated
+    Input input;                     ///< the library's input, built with the row on its thread
 };
 
 /// Speciates tables of analyses read as the command line reads them, with one library batch
@@ -46,6 +47,9 @@ public:
     static FrameSettings defaults();
 
 private:
+    /// Adds the balancing ion to a row's analysis, or marks the row invalid when it cannot.
+    void balance(cli::AnalysisResult& r) const;
+
     FrameSettings settings_;
     std::shared_ptr<const cli::ComponentNames> names_;
     std::optional<std::string> balancingElement_;
