@@ -4,7 +4,6 @@
 
 #include <cmath>
 #include <functional>
-#include <unordered_map>
 
 namespace korvane::Brinecast::python {
 namespace {
@@ -58,40 +57,48 @@ bool sameNames(const std::vector<NameValue>& a, const std::vector<NameValue>& b)
 
 }  // namespace
 
-std::vector<FrameReport::Column> FrameReport::of(const std::vector<FrameRow>& rows) {
-    const std::size_t count = rows.size();
-    std::vector<Column> columns;
+FrameReport::FrameReport(std::size_t rows) : rows_(rows) {
     for (const Field& f : fields()) {
         Column c{f.name, static_cast<bool>(f.text), {}, {}};
         if (c.text) {
-            c.texts.reserve(count);
-            for (const FrameRow& row : rows) c.texts.push_back(f.text(row.result));
+            c.texts.resize(rows);
         } else {
-            c.numbers.reserve(count);
-            for (const FrameRow& row : rows) c.numbers.push_back(f.number(row.result));
+            c.numbers.resize(rows, NAN);
         }
-        columns.push_back(std::move(c));
+        columns_.push_back(std::move(c));
+    }
+}
+
+void FrameReport::add(std::size_t first, const std::vector<FrameRow>& part) {
+    const std::vector<Field>& table = fields();
+    for (std::size_t k = 0; k < table.size(); ++k) {
+        Column& c = columns_[k];
+        for (std::size_t i = 0; i < part.size(); ++i) {
+            if (c.text) {
+                c.texts[first + i] = table[k].text(part[i].result);
+            } else {
+                c.numbers[first + i] = table[k].number(part[i].result);
+            }
+        }
     }
     // Neighbouring rows of a table usually hold the same species: their column positions are
     // looked up once per run of such rows, not once per cell.
-    std::unordered_map<std::string, std::size_t> position;
     const std::vector<NameValue>* previous = nullptr;
     std::vector<std::size_t> slots;
-    for (std::size_t i = 0; i < count; ++i) {
-        const std::vector<NameValue>& species = rows[i].species;
+    for (std::size_t i = 0; i < part.size(); ++i) {
+        const std::vector<NameValue>& species = part[i].species;
         if (species.empty()) continue;
         if (!previous || !sameNames(species, *previous)) {
             slots.clear();
             for (const NameValue& s : species) {
-                auto [it, added] = position.emplace(s.name, columns.size());
-                if (added) columns.push_back(Column{s.name + " (mol/kgw)", false, std::vector<double>(count, NAN), {}});
+                auto [it, added] = position_.emplace(s.name, columns_.size());
+                if (added) columns_.push_back(Column{s.name + " (mol/kgw)", false, std::vector<double>(rows_, NAN), {}});
                 slots.push_back(it->second);
             }
         }
-        for (std::size_t k = 0; k < species.size(); ++k) columns[slots[k]].numbers[i] = species[k].value;
+        for (std::size_t k = 0; k < species.size(); ++k) columns_[slots[k]].numbers[first + i] = species[k].value;
         previous = &species;
     }
-    return columns;
 }
 
 }  // namespace korvane::Brinecast::python

@@ -3,6 +3,7 @@
 #include "FrameSpeciator.h"
 
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace korvane::Brinecast::python {
@@ -20,7 +21,17 @@ public:
         std::vector<std::string> texts;
     };
 
-    static std::vector<Column> of(const std::vector<FrameRow>& rows);
+    /// For a table of `rows` rows, filled part by part.
+    explicit FrameReport(std::size_t rows);
+    /// The rows from `first` on.
+    void add(std::size_t first, const std::vector<FrameRow>& part);
+    /// The columns, once every row is added.
+    std::vector<Column> take() { return std::move(columns_); }
+
+private:
+    std::size_t rows_;
+    std::vector<Column> columns_;
+    std::unordered_map<std::string, std::size_t> position_;  ///< species -> its column
 };
 
 }  // namespace korvane::Brinecast::python

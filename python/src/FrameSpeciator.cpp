@@ -88,15 +88,16 @@ FrameSpeciator::FrameSpeciator(FrameSettings settings)
     inputs_ = std::make_shared<const cli::Calculator>(directory, std::nullopt);
 }
 
-std::vector<FrameRow> FrameSpeciator::speciate(const FrameColumns& columns, unsigned threads) const {
+std::vector<FrameRow> FrameSpeciator::speciate(const FrameColumns& columns, std::size_t first,
+                                               std::size_t count, unsigned threads) const {
     const FrameReader reader(*names_, columns);
-    std::vector<FrameRow> rows(columns.rows);
+    std::vector<FrameRow> rows(count);
     const auto quiet = [](std::size_t) {};
     cli::BatchRunner::run(
         rows.size(), threads,
         [&](std::size_t i) {
             cli::AnalysisResult& r = rows[i].result;
-            r = reader.read(i);
+            r = reader.read(first + i);
             if (r.status != Status::Ok) return;
             if (balancingElement_) balance(r);
             if (r.status != Status::Ok) return;

@@ -38,10 +38,14 @@ public:
     explicit FrameSpeciator(FrameSettings settings);
 
     const FrameSettings& settings() const { return settings_; }
+    const cli::ComponentNames& names() const { return *names_; }
 
-    /// One result per row, in row order; a bad row is kept with its status and message.
-    /// `threads` 0: one per core. Throws `InputError` for a column no analysis can have.
-    std::vector<FrameRow> speciate(const FrameColumns& columns, unsigned threads) const;
+    /// One result per row of rows `first` to `first + count - 1`, in row order; a bad row is
+    /// kept with its status and message. `threads` 0: one per core. Throws `InputError` for a
+    /// column no analysis can have. A large table goes in parts, so that the rows in flight
+    /// stay in the cache rather than in fresh pages.
+    std::vector<FrameRow> speciate(const FrameColumns& columns, std::size_t first, std::size_t count,
+                                   unsigned threads) const;
 
     /// The command line's settings, for keywords a caller leaves out.
     static FrameSettings defaults();

@@ -14,6 +14,7 @@
 #include <pybind11/pybind11.h>
 #include <pybind11/stl.h>
 
+#include <algorithm>
 #include <unordered_map>
 
 namespace py = pybind11;
@@ -66,13 +67,20 @@ py::list speciateColumns(const python::FrameSpeciator& speciator, std::vector<st
     for (const auto& [name, values] : texts) {
         columns.texts.emplace_back(py::str(name).cast<std::string>(), values.cast<std::vector<std::string>>());
     }
-    std::vector<python::FrameReport::Column> report;
+    // Parts of some thousand rows: big enough to keep every core busy, small enough that the
+    // rows in flight are reused memory rather than fresh pages.
+    constexpr std::size_t kPartRows = 8192;
+    python::FrameReport report(columns.rows);
     {
         py::gil_scoped_release released;
-        report = python::FrameReport::of(speciator.speciate(columns, threads));
+        python::FrameReader(speciator.names(), columns);  // a bad column refuses the table at once
+        for (std::size_t first = 0; first < columns.rows; first += kPartRows) {
+            const std::size_t count = std::min(kPartRows, columns.rows - first);
+            report.add(first, speciator.speciate(columns, first, count, threads));
+        }
     }
     py::list out;
-    for (python::FrameReport::Column& c : report) {
+    for (python::FrameReport::Column& c : report.take()) {
         out.append(py::make_tuple(c.name, c.text ? textArray(c.texts) : numberArray(std::move(c.numbers))));
     }
     return out;
