@@ -12,6 +12,7 @@ import numpy as np
 import pandas as pd
 
 import brinecast
+import brinecast.dask
 
 
 def table(rows):
@@ -44,7 +45,6 @@ def main(rows, threads):
     with LocalCluster(n_workers=1, threads_per_worker=1, processes=False,
                       dashboard_address=None) as cluster, Client(cluster):
         ddf = dd.from_pandas(frame, npartitions=4)
-        import brinecast.dask
         dask_seconds = best_of_three(
             lambda: brinecast.dask.speciate_frame(ddf, speciator, threads=threads).compute())
     print(f"dask, 1 worker, 4 partitions: {dask_seconds:.3f} s, "
