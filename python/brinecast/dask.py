@@ -25,15 +25,16 @@ def speciate_frame(ddf, speciator=None, **options):
 
     ``speciator`` (a ``brinecast.Speciator``) or the Speciator keywords choose the solver;
     ``unit``, ``temperature_unit``, ``pressure_unit`` and ``threads`` apply to every partition.
-    Species columns are the first partition's, then any species only later partitions have.
+    Species columns are those of the first rows, then any species only later rows have.
     """
     settings, call = _split(options)
     if speciator is None:
         speciator = Speciator(**settings)
     elif settings:
         raise TypeError("give either a Speciator or its keywords, not both")
-    # Computing the first partition fixes the result's columns, which a lazy frame must know.
-    meta = speciator.speciate_batch(ddf.partitions[0].compute(), **call).iloc[:0]
+    # A lazy frame must know its columns: the first rows give them, and a species that only
+    # later rows have is added after them (see _partition).
+    meta = speciator.speciate_batch(ddf.head(256, npartitions=1, compute=True), **call).iloc[:0]
     shipped = dask.delayed(speciator, pure=True)
     return ddf.map_partitions(_partition, shipped, call, list(meta.columns), meta=meta,
                               enforce_metadata=False, align_dataframes=False)
