@@ -11,6 +11,7 @@
 #include "brinecast/UnitNames.h"
 
 #include <cmath>
+#include <cstring>
 #include <stdexcept>
 #include <utility>
 
@@ -39,6 +40,25 @@ void settleDensity(cli::AnalysisResult& r) {
         r.densitySource = DensitySource::NotNeeded;
         r.densityGcm3 = 1.0;
     }
+}
+
+/// The command line's hint for a library message, with its options named as this package's
+/// keywords.
+std::string hintFor(const std::string& message) {
+    static const std::pair<const char*, const char*> kKeywords[] = {
+        {"--engine-dir DIR", "engine_dir=DIR"},
+        {"--engine-dir", "engine_dir"},
+        {"leave --method at auto, or give --method robust", "use method=\"auto\" or \"robust\""},
+        {"(brinecast balance FILE --with Cl)", "(balance_with=\"Cl\" cancels it)"},
+    };
+    std::string hint = cli::Calculator::hintFor(message);
+    for (const auto& [option, keyword] : kKeywords) {
+        for (std::size_t at = hint.find(option); at != std::string::npos; at = hint.find(option, at)) {
+            hint.replace(at, std::strlen(option), keyword);
+            at += std::strlen(keyword);
+        }
+    }
+    return hint;
 }
 
 std::string notClosed(const Diagnostics& d) {
@@ -137,7 +157,7 @@ std::vector<FrameRow> FrameSpeciator::speciate(const FrameColumns& columns, std:
                 if (outOfRange) {
                     markFailed(r, Status::Invalid, r.analysis.source + ": " + item.errorMessage, "");
                 } else {
-                    markFailed(r, Status::Failed, item.errorMessage, cli::Calculator::hintFor(item.errorMessage));
+                    markFailed(r, Status::Failed, item.errorMessage, hintFor(item.errorMessage));
                 }
                 return;
             }
