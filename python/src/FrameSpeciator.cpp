@@ -12,6 +12,7 @@
 
 #include <cmath>
 #include <cstring>
+#include <mutex>
 #include <stdexcept>
 #include <utility>
 
@@ -137,6 +138,16 @@ std::vector<FrameRow> FrameSpeciator::speciate(const FrameColumns& columns, std:
         if (r.status != Status::Ok) continue;
         inputs.push_back(std::move(rows[i].input));
         rowOf.push_back(i);
+    }
+    // The library loads the engine before its own threads start, but two Python threads may start
+    // batches at once, and the engine's first load is not guarded against that.
+    static std::mutex engineLoad;
+    for (const FrameRow& row : rows) {
+        if (row.result.status == Status::Ok && row.result.densitySource == DensitySource::Engine) {
+            const std::lock_guard<std::mutex> lock(engineLoad);
+            inputs_->loadEngine();
+            break;
+        }
     }
     std::vector<BatchItem> items = speciator_.speciateBatch(inputs, settings_.solve, threads);
     cli::BatchRunner::run(
