@@ -6,7 +6,9 @@
 # sources to build it for the target.
 set -euo pipefail
 
-packages=(cmake g++ make pkg-config rapidjson-dev libgtest-dev libgmock-dev libbenchmark-dev libcli11-dev)
+packages=(cmake g++ make pkg-config rapidjson-dev libgtest-dev libgmock-dev libbenchmark-dev libcli11-dev
+          python3-dev pybind11-dev python3-pybind11 python3-numpy python3-pandas python3-pytest
+          python3-dask python3-distributed python3-matplotlib)
 # `install-deps.sh fuzz`: also clang and its libFuzzer runtime, which only `make fuzz` needs.
 if [ "${1:-}" = fuzz ]; then
   packages+=(clang-14 libclang-rt-14-dev)

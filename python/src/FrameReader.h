@@ -1,0 +1,52 @@
+#pragma once
+
+#include "FrameColumns.h"
+
+#include "brinecast/AnalysisResult.h"
+#include "brinecast/ComponentNames.h"
+
+#include <string>
+#include <vector>
+
+namespace korvane::Brinecast::python {
+
+/// Reads a table of analyses with the command line's column names and units: one column per
+/// element, lab ion or gas, `unit`, `temperature`, `pressure`, their unit columns, `density`
+/// (g/cm3), `name`, `description`. A bad cell makes its row invalid with the command line's
+/// message; a column no analysis can have refuses the whole table.
+class FrameReader {
+public:
+    /// Throws `InputError` naming the first unknown or repeated column and what is accepted.
+    FrameReader(const cli::ComponentNames& names, const FrameColumns& columns);
+
+    /// Row `row` as an analysis, or a result marked invalid with the reason. Any thread.
+    cli::AnalysisResult read(std::size_t row) const;
+
+    /// The names of the columns that hold text rather than numbers.
+    static const std::vector<std::string>& textColumns();
+
+private:
+    struct Amount {
+        const std::string* name;
+        std::string where;  ///< "column \"Na+\"", made once for the table rather than per cell
+        const double* values;
+        bool gas;
+    };
+
+    const double* number(const char* name) const;
+    const std::vector<std::string>* text(const char* name) const;
+
+    const cli::ComponentNames& names_;
+    const FrameColumns& columns_;
+    std::vector<Amount> amounts_;
+    const double* temperature_ = nullptr;
+    const double* pressure_ = nullptr;
+    const double* density_ = nullptr;
+    const std::vector<std::string>* names_column_ = nullptr;
+    const std::vector<std::string>* descriptions_ = nullptr;
+    const std::vector<std::string>* units_ = nullptr;
+    const std::vector<std::string>* temperatureUnits_ = nullptr;
+    const std::vector<std::string>* pressureUnits_ = nullptr;
+};
+
+}  // namespace korvane::Brinecast::python

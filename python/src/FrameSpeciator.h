@@ -1,0 +1,65 @@
+#pragma once
+
+#include "FrameColumns.h"
+
+#include "brinecast/AnalysisResult.h"
+#include "brinecast/Calculator.h"
+#include "brinecast/ComponentNames.h"
+
+#include <korvane/Speciator.h>
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace korvane::Brinecast::python {
+
+/// What a Speciator is built from; everything else it holds is derived, so this is also what
+/// travels when it is pickled.
+struct FrameSettings {
+    SolveOptions solve;
+    std::string engineDirectory;             ///< empty: the one built or installed with brinecast
+    std::optional<std::string> balanceWith;  ///< element or ion that cancels each charge imbalance
+};
+
+/// One row of a table: as read (and balanced), and what the library made of it.
+struct FrameRow {
+    cli::AnalysisResult result;      ///< analysis, status, message, pH and diagnostics
+    std::vector<NameValue> species;  ///< molalities (mol/kgw), empty unless calculated
+    Input input;                     ///< the library's input, built with the row on its thread
+};
+
+/// Speciates tables of analyses read as the command line reads them, with one library batch
+/// on many threads. Immutable once built: any number of threads may call it at once.
+class FrameSpeciator {
+public:
+    /// Throws `InputError` when `balanceWith` is no element or ion to balance with.
+    explicit FrameSpeciator(FrameSettings settings);
+
+    const FrameSettings& settings() const { return settings_; }
+    const cli::ComponentNames& names() const { return *names_; }
+
+    /// One result per row of rows `first` to `first + count - 1`, in row order; a bad row is
+    /// kept with its status and message. `threads` 0: one per core. Throws `InputError` for a
+    /// column no analysis can have. A large table goes in parts, so that the rows in flight
+    /// stay in the cache rather than in fresh pages.
+    std::vector<FrameRow> speciate(const FrameColumns& columns, std::size_t first, std::size_t count,
+                                   unsigned threads) const;
+
+    /// The command line's settings, for keywords a caller leaves out.
+    static FrameSettings defaults();
+
+private:
+    /// Adds the balancing ion to a row's analysis, or marks the row invalid when it cannot.
+    void balance(cli::AnalysisResult& r) const;
+
+    FrameSettings settings_;
+    std::shared_ptr<const cli::ComponentNames> names_;
+    std::optional<std::string> balancingElement_;
+    /// For the command line's conversion of an analysis into the library's input.
+    std::shared_ptr<const cli::Calculator> inputs_;
+    Speciator speciator_;
+};
+
+}  // namespace korvane::Brinecast::python

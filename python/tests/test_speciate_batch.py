@@ -1,0 +1,153 @@
+import json
+import os
+import pickle
+import subprocess
+import threading
+import time
+
+import numpy as np
+import pandas as pd
+import pytest
+
+import brinecast
+from conftest import brine_frame
+
+SPECIES = " (mol/kgw)"
+
+
+def reference(method_code):
+    """The C++ Speciator's numbers for the catalogue, from the reference program."""
+    out = subprocess.run([os.environ["BRINECAST_REFERENCE"], os.environ["BRINECAST_BRINES"],
+                          os.environ.get("BRINECAST_ENGINE_DIR") or "/no/engine", str(method_code)], check=True, capture_output=True, text=True)
+    return json.loads(out.stdout)
+
+
+@pytest.mark.parametrize("method,code", [("robust", 1), ("auto", 2)])
+def test_results_are_bit_identical_to_the_cpp_speciator(brines, method, code):
+    expected = reference(code)
+    compared = 0
+    for i, brine in enumerate(brines):
+        # One table per brine: its columns in the catalogue's element order, which the sums
+        # of the calculation follow, so that the C++ input is the same to the last bit.
+        row = brinecast.speciate_batch(brine_frame([brine]), method=method).iloc[0]
+        want = expected[brine["name"]]
+        if want is None:
+            assert row["status"] != "ok", brine["name"]
+            continue
+        assert row["status"] in ("ok", "not closed"), (brine["name"], row["message"])
+        assert row["pH"] == want["pH"], brine["name"]
+        for species, molality in want["species"].items():
+            assert row[species + SPECIES] == molality, (brine["name"], species)
+        compared += 1
+    assert compared >= len(brines) // 2, "most reference brines must solve"
+
+
+def test_bad_rows_stay_in_place_with_their_messages():
+    table = pd.DataFrame({
+        "Na": [0.1, 0.1, -1.0, 0.1, 0.1],
+        "Cl": [0.1, 0.1, 0.1, 0.1, 0.1],
+        "unit": ["mol/kgw", "furlongs", "mol/kgw", "mol/kgw", "mol/kgw"],
+        "temperature": [298.15, 298.15, 298.15, np.nan, 25.0],
+        "temperature_unit": ["K", "K", "K", "K", "C"],
+        "pressure": [1.0, 1.0, 1.0, 1.0, 1.0],
+    }, index=[10, 20, 30, 40, 50])
+    out = brinecast.speciate_batch(table, method="robust", pressure_unit="bar")
+    assert list(out.index) == [10, 20, 30, 40, 50]
+    assert list(out["status"]) == ["ok", "invalid input", "invalid input", "invalid input", "ok"]
+    cases = {20: ['column "unit"', "furlongs"], 30: ['column "Na"', "negative"],
+             40: ["temperature", "missing"]}
+    for label, parts in cases.items():
+        assert out.loc[label, "message"].startswith(f"row {label}: ")
+        for part in parts:
+            assert part in out.loc[label, "message"]
+        assert np.isnan(out.loc[label, "pH"])
+    # 25 °C is the same water as 298.15 K.
+    assert out.loc[50, "pH"] == out.loc[10, "pH"]
+    assert out.loc[10, "message"] == ""
+
+
+@pytest.mark.parametrize("columns,keywords,problem", [
+    ({"Unobtainium": [1.0]}, {}, "not a known column"),
+    ({"Na": [0.1], "Na+": [0.1]}, {}, "a second time"),
+    ({"Na": [0.1], "Cl": [0.1, 0.2]}, {}, "different lengths"),
+    ({"Na": ["lots"]}, {}, "not numbers"),
+    ({"Na": [0.1]}, {"method": "fastest"}, "not a choice"),
+    ({"Na": [0.1]}, {"tolerance": -1}, "above zero"),
+    ({"Na": [0.1]}, {"balance_with": "Xx"}, "not an element or ion to balance with"),
+])
+def test_a_table_that_no_row_could_fix_is_refused(columns, keywords, problem):
+    with pytest.raises(ValueError, match=problem):
+        brinecast.speciate_batch(columns, **keywords)
+
+
+def test_unknown_keyword_is_a_type_error():
+    with pytest.raises(TypeError, match="activty"):
+        brinecast.speciate_batch({"Na": [0.1]}, activty="ideal")
+
+
+def test_dict_of_arrays_and_single_analysis_agree_with_the_frame(brines):
+    frame = brine_frame(brines)
+    columns = {name: frame[name].to_numpy() for name in frame.columns}
+    by_dict = brinecast.speciate_batch(columns)
+    assert list(by_dict.index) == list(range(len(frame)))
+    one = brinecast.speciate({k: v for k, v in frame.iloc[1].items() if not pd.isna(v)})
+    assert one["pH"] == by_dict.loc[1, "pH"]
+    assert one["status"] == by_dict.loc[1, "status"]
+
+
+def test_single_analysis_raises_what_a_batch_reports():
+    with pytest.raises(ValueError, match='column "unit"'):
+        brinecast.speciate({"Na": 0.1, "Cl": 0.1, "unit": "furlongs", "temperature": 298.15,
+                            "pressure": 101325.0})
+
+
+def test_a_pickled_speciator_gives_identical_results(brines):
+    speciator = brinecast.Speciator(method="robust", tolerance=1e-12)
+    copy = pickle.loads(pickle.dumps(speciator))
+    assert copy.options == {"method": "robust", "tolerance": 1e-12}
+    frame = brine_frame(brines)
+    pd.testing.assert_frame_equal(copy.speciate_batch(frame), speciator.speciate_batch(frame))
+    with pytest.raises(AttributeError):
+        speciator.tolerance = 1.0
+
+
+def test_the_gil_is_released_while_a_batch_runs():
+    rows = 20000
+    table = {"Na": np.full(rows, 0.5), "Cl": np.full(rows, 0.5), "unit": ["mol/kgw"] * rows,
+             "temperature": np.full(rows, 298.15), "pressure": np.full(rows, 1e5)}
+    speciator = brinecast.Speciator()
+    ticks = []
+    done = threading.Event()
+
+    def tick():
+        while not done.is_set():
+            ticks.append(time.perf_counter())
+            time.sleep(0.001)
+
+    ticker = threading.Thread(target=tick)
+    ticker.start()
+    try:
+        start = time.perf_counter()
+        speciator.speciate_batch(table, threads=1)
+        end = time.perf_counter()
+    finally:
+        done.set()
+        ticker.join()
+    during = [t for t in ticks if start < t < end]
+    # Held, the GIL would let the ticker in about once, at the end: a released one lets it run
+    # throughout the batch.
+    assert len(during) >= 10, f"{len(during)} ticks in {end - start:.3f} s"
+
+
+def test_a_library_failure_stays_in_its_row_and_raises_alone():
+    # Per-litre amounts without a density need the engine, which is not in /nowhere.
+    analysis = {"Na": 1000.0, "Cl": 1540.0, "unit": "mg/L", "temperature": 300.0,
+                "pressure": 1e5}
+    table = {k: [v, v] for k, v in analysis.items()}
+    table["density"] = [1.0, np.nan]
+    out = brinecast.speciate_batch(table, engine_dir="/nowhere")
+    assert list(out["status"]) == ["ok", "failed"]
+    assert "engine_dir=DIR" in out.loc[1, "message"]
+    assert "--" not in out.loc[1, "message"]
+    with pytest.raises(brinecast.KorvaneError, match="could not be loaded"):
+        brinecast.speciate(analysis, engine_dir="/nowhere")
