@@ -1,6 +1,7 @@
 #include "brinecast/AnalysisJsonReader.h"
 
 #include "brinecast/AnalysisBuilder.h"
+#include "brinecast/ExactJsonParser.h"
 #include "brinecast/InputError.h"
 #include "brinecast/ReadLimits.h"
 #include "brinecast/Utf8Text.h"
@@ -64,10 +65,10 @@ void requireShallow(const std::string& text, const std::string& fileName) {
 }
 
 /// The parse error as a user can act on it: where, and for bad bytes, which byte.
-std::string parseError(const rapidjson::Document& document, const std::string& text,
+std::string parseError(const ExactJsonParser::Outcome& parsed, const std::string& text,
                        const std::string& fileName) {
-    std::size_t offset = document.GetErrorOffset();
-    if (document.GetParseError() == rapidjson::kParseErrorStringInvalidEncoding) {
+    std::size_t offset = parsed.offset;
+    if (parsed.error == rapidjson::kParseErrorStringInvalidEncoding) {
         // The parser points at the text it was reading; name the byte itself.
         const auto bad = Utf8Text::firstInvalidByte(text.substr(std::min(offset, text.size())));
         if (bad) offset += *bad;
@@ -76,7 +77,7 @@ std::string parseError(const rapidjson::Document& document, const std::string& t
                "UTF-8)";
     }
     return fileName + ":" + position(text, offset) +
-           ": not valid JSON: " + rapidjson::GetParseError_En(document.GetParseError());
+           ": not valid JSON: " + rapidjson::GetParseError_En(parsed.error);
 }
 
 std::string stringField(const AnalysisBuilder& b, const Value& v, const std::string& field) {
@@ -177,12 +178,10 @@ std::vector<Analysis> AnalysisJsonReader::read(const std::string& text,
                          " an analysis file may; split it into smaller files");
     }
     requireShallow(text, fileName);
-    // Full precision: the numbers this program writes must read back to the same doubles.
-    constexpr unsigned kFlags = rapidjson::kParseIterativeFlag | rapidjson::kParseFullPrecisionFlag |
-                                rapidjson::kParseValidateEncodingFlag;
+    // Correctly rounded numbers: the numbers this program writes must read back to the same doubles.
     rapidjson::Document document;
-    document.Parse<kFlags>(text.c_str(), text.size());
-    if (document.HasParseError()) throw InputError(parseError(document, text, fileName));
+    const ExactJsonParser::Outcome parsed = ExactJsonParser::parse(document, text.c_str(), text.size());
+    if (parsed.error != rapidjson::kParseErrorNone) throw InputError(parseError(parsed, text, fileName));
     std::vector<Analysis> analyses;
     if (!document.IsArray()) {
         analyses.push_back(readOne(names_, document, fileName, stem(fileName)));

@@ -10,13 +10,14 @@
 #include <exception>
 
 int main(int argc, char** argv) {
-    if (argc != 4) {
-        std::fprintf(stderr, "usage: brine_reference BRINES.json ENGINE_DIR METHOD\n");
+    if (argc != 5) {
+        std::fprintf(stderr, "usage: brine_reference BRINES.json ENGINE_DIR METHOD ACTIVITY\n");
         return 2;
     }
     namespace bc = korvane::Brinecast;
     bc::SolveOptions options;
     options.method = static_cast<bc::Method>(std::atoi(argv[3]));
+    options.activity = static_cast<bc::ActivityModel>(std::atoi(argv[4]));
     const bc::Speciator speciator;
     std::printf("{");
     const char* separator = "";

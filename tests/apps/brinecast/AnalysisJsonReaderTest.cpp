@@ -95,3 +95,24 @@ TEST(AnalysisJsonReader, NumbersReadBackToTheSameDoubles) {
     }
     EXPECT_EQ(wrong, 0u);
 }
+
+// A zero written with an exponent is zero, an absent component: RapidJSON's own full-precision
+// path read "0e-30" as 9.6e-240 and "0.0e-300" as -9.7e-122 (a negative amount). Below the
+// smallest double is zero too; past the largest one is refused, naming where.
+TEST(AnalysisJsonReader, ZerosWithExponentsAndOutOfRangeNumbers) {
+    const std::pair<const char*, double> exact[] = {{"0e-30", 0.0}, {"0.0e-300", 0.0}, {"0e5", 0.0},
+                                                     {"1e-400", 0.0}, {"25", 25.0}, {"2.5e1", 25.0}};
+    for (const auto& [text, value] : exact) {
+        const Analysis a = read(analysis(std::string(R"("Na+": 1, "Cl-": )") + text))[0];
+        ASSERT_EQ(a.elements.size(), value == 0.0 ? 1u : 2u) << text;
+        if (value != 0.0) {
+            EXPECT_EQ(a.elements[1].value, value) << text;
+        }
+    }
+    try {
+        read(analysis(R"("Na+": 1, "Cl-": 1e400)"));
+        ADD_FAILURE() << "a number past the largest double was read";
+    } catch (const bc::cli::InputError& e) {
+        EXPECT_NE(std::string(e.what()).find("Number too big"), std::string::npos) << e.what();
+    }
+}

@@ -6,9 +6,8 @@
 #include <rapidjson/document.h>
 #include <rapidjson/error/en.h>
 
-#include <sys/stat.h>
-
 #include <algorithm>
+#include <filesystem>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -94,7 +93,7 @@ TEST(HostileInput, EachIsRefusedOrWarnedAboutWithItsCauseAndNeverCrashes) {
         ScratchDirectory scratch;
         std::string file = scratch.path(c.file);
         if (c.file.back() == '/') {
-            mkdir(file.c_str(), 0700);
+            std::filesystem::create_directory(file);
         } else if (c.file != "none") {
             scratch.write(c.file, c.content);
         }
