@@ -1,6 +1,8 @@
 // The Speciator beside run: the same brines through run and through a Speciator with the robust
 // solver; inside one Speciator, the specified solver against the robust one (both skip the
-// parsing, so the difference is the solver); and batch throughput over 10 000 random brines.
+// parsing, so the difference is the solver); what activities cost (ideal, Davies and
+// Debye-Hückel side by side, one brine at a time and over 1000 random brines); and batch
+// throughput over 10 000 random brines.
 #include "BrineCatalog.h"
 #include "RandomBrines.h"
 
@@ -12,6 +14,7 @@
 #include <exception>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace bc = korvane::Brinecast;
@@ -24,11 +27,18 @@ const bc::Speciator& speciator() {
     return shared;
 }
 
-bc::SolveOptions using_(bc::Method method) {
+bc::SolveOptions using_(bc::Method method, bc::ActivityModel activity = bc::ActivityModel::Ideal) {
     bc::SolveOptions options;
     options.method = method;
+    options.activity = activity;
     return options;
 }
+
+const std::pair<const char*, bc::ActivityModel> kModels[] = {
+    {"Ideal", bc::ActivityModel::Ideal},
+    {"Davies", bc::ActivityModel::Davies},
+    {"DebyeHuckel", bc::ActivityModel::DebyeHuckel},
+};
 
 /// run, counting the calls that end in an exception (the trial limit on hypersaline brines).
 void runCalculation(benchmark::State& state, const bc::Input& input) {
@@ -43,8 +53,7 @@ void runCalculation(benchmark::State& state, const bc::Input& input) {
     state.counters["failed"] = static_cast<double>(failed) / static_cast<double>(state.iterations());
 }
 
-void speciatorCalculation(benchmark::State& state, const bc::Input& input, bc::Method method) {
-    const bc::SolveOptions options = using_(method);
+void speciatorCalculation(benchmark::State& state, const bc::Input& input, const bc::SolveOptions& options) {
     bool converged = true;
     std::uint64_t iterations = 0;
     for (auto _ : state) {
@@ -55,6 +64,15 @@ void speciatorCalculation(benchmark::State& state, const bc::Input& input, bc::M
     }
     state.counters["converged"] = converged;
     state.counters["iterations"] = static_cast<double>(iterations);
+}
+
+void randomBrines(benchmark::State& state, bc::ActivityModel activity) {
+    static const std::vector<bc::Input> brines = brinecast_test::randomBrines(1000, 11);
+    const bc::SolveOptions options = using_(bc::Method::Robust, activity);
+    for (auto _ : state) {
+        for (const bc::Input& input : brines) benchmark::DoNotOptimize(speciator().speciate(input, options).output.pH);
+    }
+    state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations() * brines.size()));
 }
 
 void batch(benchmark::State& state) {
@@ -77,14 +95,23 @@ int registerBenchmarks() {
         benchmark::RegisterBenchmark(("compare/" + brine.name + "/run").c_str(), runCalculation, brine.input)
             ->Unit(benchmark::kMicrosecond);
         benchmark::RegisterBenchmark(("compare/" + brine.name + "/Speciator-Robust-default").c_str(), speciatorCalculation,
-                                     brine.input, bc::Method::Robust)
+                                     brine.input, using_(bc::Method::Robust))
             ->Unit(benchmark::kMicrosecond);
         benchmark::RegisterBenchmark(("compare/" + brine.name + "/Speciator-Specified").c_str(), speciatorCalculation,
-                                     brine.input, bc::Method::Specified)
+                                     brine.input, using_(bc::Method::Specified))
             ->Unit(benchmark::kMicrosecond);
         benchmark::RegisterBenchmark(("compare/" + brine.name + "/Speciator-Auto").c_str(), speciatorCalculation,
-                                     brine.input, bc::Method::Auto)
+                                     brine.input, using_(bc::Method::Auto))
             ->Unit(benchmark::kMicrosecond);
+        for (const auto& [name, model] : kModels) {
+            benchmark::RegisterBenchmark(("activity/" + brine.name + "/" + name).c_str(), speciatorCalculation,
+                                         brine.input, using_(bc::Method::Robust, model))
+                ->Unit(benchmark::kMicrosecond);
+        }
+    }
+    for (const auto& [name, model] : kModels) {
+        benchmark::RegisterBenchmark((std::string("activity/1000-random-brines/") + name).c_str(), randomBrines, model)
+            ->Unit(benchmark::kMillisecond);
     }
     auto* throughput = benchmark::RegisterBenchmark("batch/10000-random-brines/Robust/threads", batch);
     throughput->Unit(benchmark::kMillisecond)->UseRealTime()->Arg(1)->Arg(2);
