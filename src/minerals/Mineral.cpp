@@ -13,16 +13,20 @@ constexpr double kLn10 = 2.302585092994045684;
 constexpr double kJPerKJ = 1000.0;
 }  // namespace
 
-double Mineral::logKAt(double temperatureK) const {
+std::array<double, 6> Mineral::temperatureTerms(double temperatureK) {
     const double t = temperatureK;
+    return {1.0, t, 1.0 / t, std::log10(t), 1.0 / (t * t), t * t};
+}
+
+double Mineral::logKAt(const std::array<double, 6>& terms) const {
     if (!analytical.empty()) {
-        // Terms beyond the list are zero; a shorter list is the usual way the data omits them.
-        const double terms[6] = {1.0, t, 1.0 / t, std::log10(t), 1.0 / (t * t), t * t};
+        // Coefficients beyond the list are zero; a shorter list is how the data omits them.
         double logK = 0.0;
-        for (std::size_t i = 0; i < analytical.size() && i < 6; ++i) logK += analytical[i] * terms[i];
+        for (std::size_t i = 0; i < analytical.size() && i < terms.size(); ++i) logK += analytical[i] * terms[i];
         return logK;
     }
-    return logK25 + deltaHKJPerMol * kJPerKJ / (kGasConstant * kLn10) * (1.0 / kReferenceK - 1.0 / t);
+    const double inverseT = terms[2];  // 1/K
+    return logK25 + deltaHKJPerMol * kJPerKJ / (kGasConstant * kLn10) * (1.0 / kReferenceK - inverseT);
 }
 
 }  // namespace Brinecast

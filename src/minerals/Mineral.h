@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -25,8 +26,11 @@ struct Mineral {
     std::vector<double> analytical;  ///< log10 K(T) on 1, T, 1/T, log10 T, 1/T², T² (T in K); wins when present
     double solidVolumeCm3PerMol = 0.0;  ///< molar volume of the solid; 0 when the data has none
 
-    /// log10 K of the dissolution at `temperatureK` (K) and 1 atm.
-    double logKAt(double temperatureK) const;
+    /// 1, T, 1/T, log10 T, 1/T², T² at `temperatureK` (K): the terms of the analytical
+    /// expression, computed once for all minerals of a brine.
+    static std::array<double, 6> temperatureTerms(double temperatureK);
+    /// log10 K of the dissolution at 1 atm and the temperature of `terms`.
+    double logKAt(const std::array<double, 6>& terms) const;
 };
 
 }  // namespace Brinecast

@@ -10,6 +10,7 @@
 
 #include <rapidjson/document.h>
 
+#include <array>
 #include <cmath>
 #include <limits>
 #include <stdexcept>
@@ -114,6 +115,7 @@ std::vector<MineralSaturation> MineralSet::saturation(const Result& result, doub
     }
     const std::vector<double> shifts = pressureShifts(result, logActivity, temperatureK, pressurePa);
 
+    const std::array<double, 6> temperature = Mineral::temperatureTerms(temperatureK);
     std::vector<MineralSaturation> saturations;
     saturations.reserve(minerals_.size());
     for (std::size_t m = 0; m < minerals_.size(); ++m) {
@@ -126,7 +128,7 @@ std::vector<MineralSaturation> MineralSet::saturation(const Result& result, doub
             logIAP += term.coefficient * logA;
         }
         if (std::isnan(logIAP)) continue;  // a component the analysis does not contain
-        const double logK = mineral.logKAt(temperatureK) + (shifts.empty() ? 0.0 : shifts[m]);
+        const double logK = mineral.logKAt(temperature) + (shifts.empty() ? 0.0 : shifts[m]);
         saturations.push_back({mineral.name, logIAP - logK, logK, logIAP});
     }
     return saturations;
