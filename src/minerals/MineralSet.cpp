@@ -21,6 +21,8 @@ namespace Brinecast {
 namespace {
 
 constexpr double kKJPerKcal = 4.184;
+/// What speciesIndex answers for a name that has no master-species record.
+constexpr std::int32_t kUnknownSpecies = -3;
 
 [[noreturn]] void refuse(const std::string& mineral, const std::string& what) {
     throw std::logic_error("Mineral data: " + (mineral.empty() ? std::string("a record") : mineral) + " " + what +
@@ -51,9 +53,11 @@ MineralSet::MineralSet(const std::string& json, const std::vector<ReactionRecord
         for (const auto& term : record["stoich"].GetObject()) {
             if (!term.value.IsNumber()) refuse(mineral.name, "has a coefficient that is not a number");
             const std::string name = term.name.GetString();
-            std::int32_t index = name == "H+" ? Mineral::kHydrogen : name == "H2O" ? Mineral::kWater : -3;
-            if (index == -3) index = speciesIndex(name, records);
-            if (index == -3) refuse(mineral.name, "names \"" + name + "\", which is no master species of the reactions");
+            std::int32_t index = name == "H+"    ? Mineral::kHydrogen
+                                 : name == "H2O" ? Mineral::kWater
+                                                 : speciesIndex(name, records);
+            if (index == kUnknownSpecies)
+                refuse(mineral.name, "names \"" + name + "\", which is no master species of the reactions");
             mineral.terms.push_back({index, term.value.GetDouble()});
         }
         if (!record.HasMember("log_k")) refuse(mineral.name, "has no \"log_k\"");
@@ -91,7 +95,7 @@ std::int32_t MineralSet::speciesIndex(const std::string& name, const std::vector
         species_.push_back({name, parseCharge(name), record.data.Vm});
         return static_cast<std::int32_t>(species_.size() - 1);
     }
-    return -3;
+    return kUnknownSpecies;
 }
 
 const MineralSet& MineralSet::embedded() {

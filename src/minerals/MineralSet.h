@@ -39,6 +39,8 @@ private:
         std::vector<double> volumeParameters;  ///< the record's "Vm"
     };
 
+    /// Index of `name` among species_, added from its master record on first use; below
+    /// Mineral::kWater when `records` has no master record of that name.
     std::int32_t speciesIndex(const std::string& name, const std::vector<ReactionRecord>& records);
     /// log10 K change of every mineral at the result's pressure and ionic strength; empty when none.
     std::vector<double> pressureShifts(const Result& result, const std::vector<double>& logActivity,
