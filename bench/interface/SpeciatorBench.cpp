@@ -1,10 +1,13 @@
 // The Speciator beside run: the same brines through run and through a Speciator with the robust
 // solver; inside one Speciator, the specified solver against the robust one (both skip the
 // parsing, so the difference is the solver); what activities cost (ideal, Davies and
-// Debye-Hückel side by side, one brine at a time and over 1000 random brines); and batch
+// Debye-Hückel side by side, one brine at a time and over 1000 random brines); what the saturation
+// indices of the scale minerals cost inside a speciation (the "minerals/" rows time that step alone
+// on a solved result; its share is the row over the matching "activity/" row); and batch
 // throughput over 10 000 random brines.
 #include "BrineCatalog.h"
 #include "RandomBrines.h"
+#include "minerals/MineralSet.h"
 
 #include <korvane/Speciator.h>
 
@@ -75,6 +78,27 @@ void randomBrines(benchmark::State& state, bc::ActivityModel activity) {
     state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations() * brines.size()));
 }
 
+/// The conditions the library evaluates an analysis at: 0 or less means 298.15 K and 101325 Pa.
+double orDefault(double value, double fallback) { return value > 0.0 ? value : fallback; }
+
+/// The saturation step alone, on results solved once beforehand.
+void mineralSaturation(benchmark::State& state, std::vector<bc::Input> inputs, bc::ActivityModel activity) {
+    std::vector<bc::Result> results;
+    for (const bc::Input& input : inputs) results.push_back(speciator().speciate(input, using_(bc::Method::Robust, activity)));
+    const bc::MineralSet& minerals = bc::MineralSet::embedded();
+    double listed = 0.0;
+    for (auto _ : state) {
+        for (std::size_t i = 0; i < inputs.size(); ++i) {
+            const auto saturation = minerals.saturation(results[i], orDefault(inputs[i].temperature, 298.15),
+                                                        orDefault(inputs[i].pressure, 101325.0));
+            listed += static_cast<double>(saturation.size());
+            benchmark::DoNotOptimize(saturation.data());
+        }
+    }
+    state.counters["minerals"] = listed / static_cast<double>(state.iterations() * inputs.size());  // per brine
+    state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations() * inputs.size()));
+}
+
 void batch(benchmark::State& state) {
     static const std::vector<bc::Input> brines = brinecast_test::randomBrines(10000, 7);
     const auto threads = static_cast<unsigned>(state.range(0));
@@ -107,10 +131,16 @@ int registerBenchmarks() {
             benchmark::RegisterBenchmark(("activity/" + brine.name + "/" + name).c_str(), speciatorCalculation,
                                          brine.input, using_(bc::Method::Robust, model))
                 ->Unit(benchmark::kMicrosecond);
+            benchmark::RegisterBenchmark(("minerals/" + brine.name + "/" + name).c_str(), mineralSaturation,
+                                         std::vector<bc::Input>{brine.input}, model)
+                ->Unit(benchmark::kMicrosecond);
         }
     }
     for (const auto& [name, model] : kModels) {
         benchmark::RegisterBenchmark((std::string("activity/1000-random-brines/") + name).c_str(), randomBrines, model)
+            ->Unit(benchmark::kMillisecond);
+        benchmark::RegisterBenchmark((std::string("minerals/1000-random-brines/") + name).c_str(), mineralSaturation,
+                                     brinecast_test::randomBrines(1000, 11), model)
             ->Unit(benchmark::kMillisecond);
     }
     auto* throughput = benchmark::RegisterBenchmark("batch/10000-random-brines/Robust/threads", batch);

@@ -6,6 +6,7 @@
 #include <korvane/ActivityModel.h>
 #include <korvane/Brinecast.h>
 #include <korvane/Export.h>
+#include <korvane/MineralSaturation.h>
 
 #include <cstdint>
 #include <exception>
@@ -78,6 +79,9 @@ struct Result {
     /// log10 γ of each entry of `output.species`, in the same order; all 0 for Ideal. With the
     /// pH (−log10 of the activity of H+) and the water activity they give any ion activity product.
     std::vector<double> logActivityCoefficients;
+    /// Saturation of every scale mineral whose components the analysis contains, at its T and P;
+    /// a mineral that needs an absent component is not listed.
+    std::vector<MineralSaturation> minerals;
 };
 
 /// One analysis of a batch: its result, or what its calculation threw.

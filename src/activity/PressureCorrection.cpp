@@ -20,10 +20,9 @@ constexpr std::size_t kHydrogen = 1;
 PressureCorrection::PressureCorrection(const SpeciationSystem& system, const std::vector<ReactionRecord>& records,
                                        const WaterProperties& water)
     : basisCount_(system.basisCount), coefficients_(system.coefficients) {
-    if (!(water.pressureAtm > kReferencePressureAtm)) return;
-    factor_ = -kCm3ToM3 * (water.pressureAtm - kReferencePressureAtm) * kPaPerAtm /
-              (kLn10 * kGasConstant * water.temperatureK);
-    waterVolume_ = kWaterMolarMass / water.densityGPerCm3;
+    factor_ = logKPerVolume(water);
+    if (factor_ == 0.0) return;
+    waterVolume_ = waterVolume(water);
     volumes_.reserve(system.speciesCount());
     for (std::size_t k = 0; k < system.speciesCount(); ++k)
         volumes_.emplace_back(records[system.records[k]].data.Vm, system.charges[k], water);
@@ -31,6 +30,16 @@ PressureCorrection::PressureCorrection(const SpeciationSystem& system, const std
     masterOf_.assign(system.masterSpecies.begin(), system.masterSpecies.end());
     masterOf_[kWater] = -1;
     masterOf_[kHydrogen] = -1;
+}
+
+double PressureCorrection::logKPerVolume(const WaterProperties& water) {
+    if (!(water.pressureAtm > kReferencePressureAtm)) return 0.0;
+    return -kCm3ToM3 * (water.pressureAtm - kReferencePressureAtm) * kPaPerAtm /
+           (kLn10 * kGasConstant * water.temperatureK);
+}
+
+double PressureCorrection::waterVolume(const WaterProperties& water) {
+    return kWaterMolarMass / water.densityGPerCm3;
 }
 
 void PressureCorrection::apply(double ionicStrength, double* logK) const {

@@ -22,6 +22,12 @@ public:
                        const WaterProperties& water);
 
     bool active() const { return factor_ != 0.0; }
+    /// Change of log10 K per cm3/mol of reaction volume at `water`'s effective pressure; 0 at or
+    /// below 1 atm. Mineral dissolutions are corrected with the same factor.
+    static double logKPerVolume(const WaterProperties& water);
+    /// Molar volume of water itself (cm3/mol) as the fitted volumes assume it: 18.016 g/mol over
+    /// the density of pure water.
+    static double waterVolume(const WaterProperties& water);
     /// Adds the correction at `ionicStrength` (mol/kgw) to the log10 K of every species.
     void apply(double ionicStrength, double* logK) const;
 

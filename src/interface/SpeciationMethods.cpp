@@ -5,6 +5,7 @@
 #include "engine/ProcessedInput.h"
 #include "interface/AnalysisRangeCheck.h"
 #include "interface/CalculationDriver.h"
+#include "minerals/MineralSet.h"
 #include "solver/ActivitySpeciationSolver.h"
 #include "solver/BalanceClosure.h"
 #include "solver/BasisPreparationCache.h"
@@ -147,17 +148,9 @@ void checkOptions(const SolveOptions& options) {
     }
 }
 
-}  // namespace
-
-Result speciateWith(const Input& input, const SpeciesModel& model, const ReactionIndex& index,
-                    const SolveOptions& options) {
-    checkOptions(options);
-    // The conditions and amounts first, so that nothing out of range reaches the density engine;
-    // the normalisation's own errors (unknown names, units, repeated basis) follow as `run` throws
-    // them; the dissolved amounts need the density and the conversion, so they come last.
-    refuseConditionsOutOfRange(input);
-    const ProcessedInput processed = processInput(input, model);
-    refuseAmountsOutOfRange(processed, model.elementTable());
+/// The result of the method `options` names, on input already checked and processed.
+Result solved(const ProcessedInput& processed, const SpeciesModel& model, const ReactionIndex& index,
+              const SolveOptions& options) {
     if (options.method == Method::Specified) return judged(specifiedResult(processed, model, options.tolerance));
     // The specified solver knows ideal activities only: Auto goes straight to the robust one.
     if (options.method == Method::Robust || options.activity != ActivityModel::Ideal)
@@ -172,6 +165,23 @@ Result speciateWith(const Input& input, const SpeciesModel& model, const Reactio
     Result robust = judged(robustResult(processed, model, index, options));
     robust.diagnostics.fellBack = true;
     return robust;
+}
+
+}  // namespace
+
+Result speciateWith(const Input& input, const SpeciesModel& model, const ReactionIndex& index,
+                    const SolveOptions& options) {
+    checkOptions(options);
+    // The conditions and amounts first, so that nothing out of range reaches the density engine;
+    // the normalisation's own errors (unknown names, units, repeated basis) follow as `run` throws
+    // them; the dissolved amounts need the density and the conversion, so they come last.
+    refuseConditionsOutOfRange(input);
+    const ProcessedInput processed = processInput(input, model);
+    refuseAmountsOutOfRange(processed, model.elementTable());
+    Result result = solved(processed, model, index, options);
+    result.minerals =
+        MineralSet::embedded().saturation(result, processed.input.temperature, processed.input.pressure);
+    return result;
 }
 
 }  // namespace Brinecast

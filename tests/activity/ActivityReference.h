@@ -26,6 +26,8 @@ struct ActivityReferenceBrine {
     std::map<std::string, double> molalities;  ///< mol/kgw, every species but water
     std::map<std::string, double> logGammas;
     std::map<std::string, double> water;       ///< "A", "B", "Av", "eps_r", "rho0", "kappa0", "QBrn", "P_atm"
+    std::map<std::string, double> saturationIndices;  ///< per mineral; absent when a component is missing
+    std::map<std::string, double> mineralLogKs;       ///< log10 K of each mineral listed above
 };
 
 inline rapidjson::Document readJson(const std::string& path) {
@@ -68,6 +70,8 @@ inline std::vector<ActivityReferenceBrine> loadActivityReference(const std::stri
         entry.molalities = numbers(result["species"]);
         entry.logGammas = numbers(result["log_gamma"]);
         entry.water = numbers(result["diag"]);
+        entry.saturationIndices = numbers(result["si"]);
+        entry.mineralLogKs = numbers(result["log_k_mineral"]);
         set.push_back(std::move(entry));
     }
     return set;
