@@ -90,23 +90,30 @@ void FrameReport::add(std::size_t first, const std::vector<FrameRow>& part) {
             }
         }
     }
+    addNamed(first, part, &FrameRow::species, [](const std::string& s) { return s + " (mol/kgw)"; });
+    addNamed(first, part, &FrameRow::saturation, [](const std::string& m) { return "SI " + m; });
+}
+
+void FrameReport::addNamed(std::size_t first, const std::vector<FrameRow>& part,
+                           std::vector<NameValue> FrameRow::*values, std::string (*label)(const std::string&)) {
     // Neighbouring rows of a table usually hold the same species: their column positions are
     // looked up once per run of such rows, not once per cell.
     const std::vector<NameValue>* previous = nullptr;
     std::vector<std::size_t> slots;
     for (std::size_t i = 0; i < part.size(); ++i) {
-        const std::vector<NameValue>& species = part[i].species;
-        if (species.empty()) continue;
-        if (!previous || !sameNames(species, *previous)) {
+        const std::vector<NameValue>& named = part[i].*values;
+        if (named.empty()) continue;
+        if (!previous || !sameNames(named, *previous)) {
             slots.clear();
-            for (const NameValue& s : species) {
-                auto [it, added] = position_.emplace(s.name, columns_.size());
-                if (added) columns_.push_back(Column{s.name + " (mol/kgw)", false, std::vector<double>(rows_, NAN), {}});
+            for (const NameValue& s : named) {
+                std::string column = label(s.name);
+                auto [it, added] = position_.emplace(column, columns_.size());
+                if (added) columns_.push_back(Column{std::move(column), false, std::vector<double>(rows_, NAN), {}});
                 slots.push_back(it->second);
             }
         }
-        for (std::size_t k = 0; k < species.size(); ++k) columns_[slots[k]].numbers[first + i] = species[k].value;
-        previous = &species;
+        for (std::size_t k = 0; k < named.size(); ++k) columns_[slots[k]].numbers[first + i] = named[k].value;
+        previous = &named;
     }
 }
 

@@ -180,6 +180,7 @@ std::vector<FrameRow> FrameSpeciator::speciate(const FrameColumns& columns, std:
             r.activities = cli::AnalysisResult::Activities{item.result.activity, item.result.ionicStrength,
                                                            item.result.logWaterActivity, {}};
             row.species = std::move(item.result.output.species.values);
+            for (const MineralSaturation& m : item.result.minerals) row.saturation.push_back({m.name, m.saturationIndex});
             if (!item.result.diagnostics.converged) {
                 markFailed(r, Status::NotClosed, notClosed(item.result.diagnostics), "");
             }

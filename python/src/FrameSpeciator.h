@@ -27,6 +27,7 @@ struct FrameSettings {
 struct FrameRow {
     cli::AnalysisResult result;      ///< analysis, status, message, pH and diagnostics
     std::vector<NameValue> species;  ///< molalities (mol/kgw), empty unless calculated
+    std::vector<NameValue> saturation;  ///< saturation index per mineral, empty unless calculated
     Input input;                     ///< the library's input, built with the row on its thread
 };
 

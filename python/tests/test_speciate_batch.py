@@ -1,4 +1,5 @@
 import json
+import math
 import os
 import pickle
 import subprocess
@@ -153,3 +154,13 @@ def test_a_library_failure_stays_in_its_row_and_raises_alone():
     assert "--" not in out.loc[1, "message"]
     with pytest.raises(brinecast.KorvaneError, match="could not be loaded"):
         brinecast.speciate(analysis, engine_dir="/nowhere")
+
+
+def test_saturation_indices_are_columns_where_a_mineral_can_form(brines):
+    # Gypsum needs Ca and sulfate: a column holds its SI exactly for the rows that have both.
+    frame = brinecast.speciate_batch(brine_frame(brines))
+    assert "SI Gypsum" in frame.columns
+    for (_, row), brine in zip(frame.iterrows(), brines):
+        elements = {name for name, value in brine["elements"] if value > 0}
+        can_form = row["status"] == "ok" and {"Ca", "S(6)"} <= elements
+        assert math.isfinite(row["SI Gypsum"]) == can_form, brine["name"]
