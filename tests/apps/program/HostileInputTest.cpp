@@ -90,6 +90,10 @@ TEST(HostileInput, EachIsRefusedOrWarnedAboutWithItsCauseAndNeverCrashes) {
     const std::vector<HostileCase> cases = hostileCases();
     ASSERT_GT(cases.size(), 20u);
     for (const HostileCase& c : cases) {
+#ifdef _WIN32
+        // A device that never ends is a POSIX file; Windows has no /dev/zero to read.
+        if (c.arguments.find("/dev/") != std::string::npos) continue;
+#endif
         ScratchDirectory scratch;
         std::string file = scratch.path(c.file);
         if (c.file.back() == '/') {
