@@ -1,7 +1,7 @@
 // The command line's JSON analysis reader on any bytes: it may refuse them with InputError, never
 // crash, hang or read out of bounds.
-#include "brinecast/AnalysisJsonReader.h"
-#include "brinecast/InputError.h"
+#include "brinecast/readers/AnalysisJsonReader.h"
+#include "brinecast/readers/InputError.h"
 
 #include <cstddef>
 #include <cstdint>

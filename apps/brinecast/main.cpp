@@ -1,9 +1,9 @@
 // brinecast: the command line over the Brinecast library. Option parsing lives here; the
 // commands themselves are in Commands.
-#include "brinecast/Commands.h"
-#include "brinecast/EngineLocator.h"
-#include "brinecast/ResultText.h"
-#include "brinecast/Utf8Text.h"
+#include "brinecast/commands/Commands.h"
+#include "brinecast/calculation/EngineLocator.h"
+#include "brinecast/reports/ResultText.h"
+#include "brinecast/readers/Utf8Text.h"
 
 #include <CLI/CLI.hpp>
 

@@ -1,7 +1,7 @@
 #include "FrameReader.h"
 
-#include "brinecast/AnalysisBuilder.h"
-#include "brinecast/InputError.h"
+#include "brinecast/readers/AnalysisBuilder.h"
+#include "brinecast/readers/InputError.h"
 
 #include <cmath>
 #include <cstring>

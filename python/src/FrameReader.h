@@ -2,8 +2,8 @@
 
 #include "FrameColumns.h"
 
-#include "brinecast/AnalysisResult.h"
-#include "brinecast/ComponentNames.h"
+#include "brinecast/calculation/AnalysisResult.h"
+#include "brinecast/readers/ComponentNames.h"
 
 #include <string>
 #include <vector>

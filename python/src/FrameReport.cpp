@@ -1,6 +1,6 @@
 #include "FrameReport.h"
 
-#include "brinecast/ResultText.h"
+#include "brinecast/reports/ResultText.h"
 
 #include <cmath>
 #include <functional>

@@ -2,13 +2,13 @@
 
 #include "FrameReader.h"
 
-#include "brinecast/BatchRunner.h"
-#include "brinecast/ChargeBalance.h"
-#include "brinecast/Commands.h"
-#include "brinecast/EngineLocator.h"
-#include "brinecast/InputError.h"
-#include "brinecast/NumberText.h"
-#include "brinecast/UnitNames.h"
+#include "brinecast/commands/BatchRunner.h"
+#include "brinecast/calculation/ChargeBalance.h"
+#include "brinecast/commands/Commands.h"
+#include "brinecast/calculation/EngineLocator.h"
+#include "brinecast/readers/InputError.h"
+#include "brinecast/reports/NumberText.h"
+#include "brinecast/readers/UnitNames.h"
 
 #include <cmath>
 #include <cstring>

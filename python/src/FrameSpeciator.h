@@ -2,9 +2,9 @@
 
 #include "FrameColumns.h"
 
-#include "brinecast/AnalysisResult.h"
-#include "brinecast/Calculator.h"
-#include "brinecast/ComponentNames.h"
+#include "brinecast/calculation/AnalysisResult.h"
+#include "brinecast/calculation/Calculator.h"
+#include "brinecast/readers/ComponentNames.h"
 
 #include <korvane/Speciator.h>
 

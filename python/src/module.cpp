@@ -6,7 +6,7 @@
 #include "FrameReport.h"
 #include "FrameSpeciator.h"
 
-#include "brinecast/InputError.h"
+#include "brinecast/readers/InputError.h"
 
 #include <korvane/KorvaneError.h>
 

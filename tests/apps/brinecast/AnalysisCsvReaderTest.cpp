@@ -1,4 +1,4 @@
-#include "brinecast/AnalysisCsvReader.h"
+#include "brinecast/readers/AnalysisCsvReader.h"
 #include "BadInputCases.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
-#include "brinecast/AnalysisJsonReader.h"
-#include "brinecast/NumberText.h"
+#include "brinecast/readers/AnalysisJsonReader.h"
+#include "brinecast/reports/NumberText.h"
 #include "BadInputCases.h"
 
 #include <gtest/gtest.h>

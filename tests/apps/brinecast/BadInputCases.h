@@ -1,7 +1,7 @@
 #pragma once
 // Bad-input cases kept as data: in the file, each input line ("\n" stands for a line break) is
 // followed by a line "=> " and the part of the message the input must be refused with.
-#include "brinecast/InputError.h"
+#include "brinecast/readers/InputError.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "brinecast/BatchRunner.h"
+#include "brinecast/commands/BatchRunner.h"
 
 #include <gtest/gtest.h>
 

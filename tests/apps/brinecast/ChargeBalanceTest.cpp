@@ -1,5 +1,5 @@
-#include "brinecast/ChargeBalance.h"
-#include "brinecast/InputError.h"
+#include "brinecast/calculation/ChargeBalance.h"
+#include "brinecast/readers/InputError.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "brinecast/CsvTable.h"
+#include "brinecast/readers/CsvTable.h"
 
 #include <gtest/gtest.h>
 

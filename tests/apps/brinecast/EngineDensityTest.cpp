@@ -1,4 +1,4 @@
-#include "brinecast/EngineDensity.h"
+#include "brinecast/calculation/EngineDensity.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "brinecast/ProgressBar.h"
+#include "brinecast/reports/ProgressBar.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
-#include "brinecast/CsvReport.h"
-#include "brinecast/JsonReport.h"
-#include "brinecast/TableReport.h"
+#include "brinecast/reports/CsvReport.h"
+#include "brinecast/reports/JsonReport.h"
+#include "brinecast/reports/TableReport.h"
 
 #include <gtest/gtest.h>
 #include <rapidjson/document.h>

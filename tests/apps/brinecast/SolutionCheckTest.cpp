@@ -1,5 +1,5 @@
-#include "brinecast/InputError.h"
-#include "brinecast/SolutionCheck.h"
+#include "brinecast/readers/InputError.h"
+#include "brinecast/readers/SolutionCheck.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "brinecast/SpeciationCheck.h"
+#include "brinecast/calculation/SpeciationCheck.h"
 
 #include <gtest/gtest.h>
 

@@ -1,9 +1,9 @@
-#include "brinecast/AnalysisCsvReader.h"
-#include "brinecast/Calculator.h"
-#include "brinecast/CsvChunkReader.h"
-#include "brinecast/CsvReport.h"
-#include "brinecast/CsvTable.h"
-#include "brinecast/StreamingBatch.h"
+#include "brinecast/readers/AnalysisCsvReader.h"
+#include "brinecast/calculation/Calculator.h"
+#include "brinecast/readers/CsvChunkReader.h"
+#include "brinecast/reports/CsvReport.h"
+#include "brinecast/readers/CsvTable.h"
+#include "brinecast/commands/StreamingBatch.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "brinecast/UnitNames.h"
+#include "brinecast/readers/UnitNames.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "brinecast/Utf8Text.h"
+#include "brinecast/readers/Utf8Text.h"
 
 #include <gtest/gtest.h>
 

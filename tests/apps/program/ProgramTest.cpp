@@ -1,7 +1,7 @@
 // The brinecast program run as a user runs it: shipped examples, every accepted unit and name,
 // each kind of bad input with its message and exit status, and batch order.
 #include "ProgramRun.h"
-#include "brinecast/CsvTable.h"
+#include "brinecast/readers/CsvTable.h"
 
 #include <gtest/gtest.h>
 #include <rapidjson/document.h>

@@ -1,0 +1,216 @@
+#include "brinecast/calculation/Calculator.h"
+
+#include "brinecast/calculation/EngineDensity.h"
+#include "brinecast/calculation/EngineLocator.h"
+#include "brinecast/readers/InputError.h"
+#include "brinecast/calculation/LibraryBasis.h"
+#include "brinecast/reports/NumberText.h"
+#include "brinecast/readers/SolutionCheck.h"
+#include "brinecast/readers/UnitNames.h"
+#include "brinecast/readers/Utf8Text.h"
+
+#include "engine/Platform.h"
+
+#include <cmath>
+#include <stdexcept>
+#include <utility>
+
+namespace korvane::Brinecast::cli {
+namespace {
+
+using Status = AnalysisResult::Status;
+using DensitySource = AnalysisResult::DensitySource;
+
+// Produced waters lie well inside this range; a pH outside it usually means the analysis'
+// charge imbalance is being carried by H+ or OH-.
+constexpr double kLowestPlausiblePH = 2.0;
+constexpr double kHighestPlausiblePH = 12.0;
+
+bool contains(const std::string& text, const char* part) {
+    return text.find(part) != std::string::npos;
+}
+
+std::string imbalanceWarning(const ChargeBalance& c) {
+    return "The analysis is out of charge balance by " + NumberText::fixed(c.errorPercent(), 1) +
+           " % of its total charge (net " + NumberText::significant(c.net(), 4) + " " +
+           c.unitName() + "). The pH follows from the charge balance, so it is not meaningful "
+           "for this analysis. Check the analysis, or cancel the imbalance with a major ion: "
+           "--balance-with Cl (or Na); `brinecast balance FILE --with Cl` shows the amount.";
+}
+
+void fail(AnalysisResult& r, Status status, const std::string& message, std::string hint) {
+    r.status = status;
+    r.error = Utf8Text::oneLine(message);
+    r.hint = std::move(hint);
+}
+
+/// The library's message for an engine that does not load names no file and no reason, and it
+/// is fixed; the program asks the loader itself which file it tried and why that failed.
+std::string withLoadReason(const std::string& message, const std::string& directory) {
+    if (!contains(message, "dll could not be loaded")) return message;
+    const std::string path = directory + "/" + EngineLocator::kLibraryFile;
+    const std::string reason = platform::libraryLoadError(path);
+    return message + ": " + path +
+           (reason.empty() ? " loads when tried alone; the library failed on another of its "
+                             "engine file names"
+                           : " does not load (" + reason + ")");
+}
+
+}  // namespace
+
+double Calculator::engineDensity(AnalysisResult& r) const {
+    try {
+        return EngineDensity::of(input(r.analysis, 0.0));
+    } catch (const std::invalid_argument& e) {
+        fail(r, Status::Invalid, r.analysis.source + ": " + e.what(), "");
+        return NAN;
+    } catch (const std::exception& e) {
+        const std::string hint = hintFor(e.what());
+        fail(r, Status::Failed, withLoadReason(e.what(), engineDirectory_),
+             !hint.empty() ? hint
+                           : "The engine could not compute the brine density of this analysis "
+                             "at these conditions (the reference engine covers brines up to 6 "
+                             "mol/kgw of NaCl, up to 100 MPa): give the density (g/cm3) in the "
+                             "analysis.");
+        return NAN;
+    }
+}
+
+Calculator::Calculator(std::string engineDirectory, std::optional<std::string> balanceWith, Method method,
+                       ActivityModel activity)
+    : engineDirectory_(std::move(engineDirectory)), balanceWith_(std::move(balanceWith)) {
+    solveOptions_.method = method;
+    solveOptions_.activity = activity;
+}
+
+Input Calculator::input(const Analysis& a, double densityGcm3) const {
+    Input in;
+    in.dllPath = engineDirectory_;
+    in.temperature = a.temperatureK;
+    in.pressure = a.pressurePa;
+    in.density = densityGcm3;
+    in.elements.assign(a.elements, a.unit);
+    in.gases.assign(a.gases, MolPerKgw);
+    return in;
+}
+
+bool Calculator::needsEngine(const std::vector<AnalysisResult>& results) {
+    for (const AnalysisResult& r : results) {
+        const Analysis& a = r.analysis;
+        if (r.status != Status::Invalid && a.densityGcm3 <= 0.0 && !a.elements.empty() &&
+            UnitNames::isPerLitre(a.unit)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool Calculator::loadEngine() const { return EngineDensity::load(engineDirectory_); }
+
+void Calculator::prepare(AnalysisResult& r) const {
+    try {
+        if (balanceWith_) {
+            const ChargeBalance before = ChargeBalance::of(r.analysis);
+            const double amount = before.amountToCancel(*balanceWith_);
+            ChargeBalance::add(r.analysis, *balanceWith_, amount);
+            r.balancing = AnalysisResult::Balancing{*balanceWith_, amount, before};
+        }
+        r.charge = ChargeBalance::of(r.analysis);
+        if (r.charge.large()) r.warnings.push_back(imbalanceWarning(r.charge));
+
+        if (r.analysis.densityGcm3 > 0.0) {
+            r.densityGcm3 = r.analysis.densityGcm3;
+            r.densitySource = DensitySource::Given;
+        } else if (!r.analysis.elements.empty() && UnitNames::isPerLitre(r.analysis.unit)) {
+            r.densitySource = DensitySource::Engine;
+            r.densityGcm3 = engineDensity(r);
+        } else {
+            // Amounts per kg of water or of solution need no density; the library takes 1.0.
+            r.densityGcm3 = 1.0;
+            r.densitySource = DensitySource::NotNeeded;
+        }
+        if (r.status != Status::Ok) return;
+        const bool computed = r.densitySource == DensitySource::Engine;
+        SolutionCheck::requireSolution(r.analysis, r.densityGcm3, computed);
+        for (std::string& w : SolutionCheck::warnings(r.analysis, computed, r.densityGcm3)) {
+            r.warnings.push_back(std::move(w));
+        }
+    } catch (const InputError& e) {
+        fail(r, Status::Invalid, e.what(), "");
+    } catch (const std::invalid_argument& e) {
+        fail(r, Status::Invalid, r.analysis.source + ": " + e.what(), "");
+    } catch (const std::exception& e) {
+        fail(r, Status::Failed, e.what(), hintFor(e.what()));
+    }
+}
+
+void Calculator::calculate(AnalysisResult& r) const {
+    if (r.status == Status::Invalid) return;
+    prepare(r);
+    if (r.status != Status::Ok) return;
+    // A density the engine computed is handed over as given: the calculation does not ask the
+    // engine twice, and the density reported is the one used.
+    const Input in = input(r.analysis, r.densitySource == DensitySource::NotNeeded ? 0.0
+                                                                                  : r.densityGcm3);
+    try {
+        const Result result = speciator_.speciate(in, solveOptions_);
+        r.pH = result.output.pH;
+        r.solver = result.diagnostics;
+        r.check = SpeciationCheck::check(LibraryBasis::of(in), result.output.pH, result.output.species.values);
+        AnalysisResult::Activities activities{result.activity, result.ionicStrength, result.logWaterActivity, {}};
+        const auto& species = result.output.species.values;
+        for (std::size_t i = 0; i < species.size() && i < result.logActivityCoefficients.size(); ++i)
+            activities.logGammas[species[i].name] = result.logActivityCoefficients[i];
+        r.activities = std::move(activities);
+        if (result.activity != ActivityModel::Ideal) {
+            // The check rebuilds H+ and OH- from the pH with ideal activities at 1 atm; with
+            // activities they also need γ and the pressure-corrected log K, which only the
+            // library knows, so the charge balance is the one it measured over every species.
+            r.check.chargeClosed = result.diagnostics.chargeImbalance <= SpeciationCheck::kChargeRelativeTolerance;
+            r.check.chargeSum = result.diagnostics.chargeImbalance * r.check.chargeScale;
+        }
+    } catch (const std::invalid_argument& e) {
+        // The library refuses input outside its data's range this way: the analysis' fault.
+        fail(r, Status::Invalid, r.analysis.source + ": " + e.what(), "");
+        return;
+    } catch (const std::exception& e) {
+        fail(r, Status::Failed, e.what(), hintFor(e.what()));
+        return;
+    }
+    if (!r.check.closed()) {
+        fail(r, Status::NotClosed,
+             r.check.mismatch.empty()
+                 ? "The solver stopped before the balances closed (largest relative error " +
+                       NumberText::significant(r.check.worstRelativeError(), 3) +
+                       "): these numbers are not a solution."
+                 : "The result does not match the library's basis reaction set: " + r.check.mismatch,
+             "Check the analysis' charge balance (brinecast balance FILE --with Cl) and its "
+             "units. The specified solver fails above about 3 mol/kgw of chloride: leave "
+             "--method at robust (the default) or auto.");
+    } else if (!(r.pH >= kLowestPlausiblePH && r.pH <= kHighestPlausiblePH)) {
+        r.warnings.push_back("pH " + NumberText::significant(r.pH, 4) +
+                             " lies outside the range of produced waters (2 to 12): the "
+                             "analysis' charge imbalance is probably carried by H+ or OH-. "
+                             "Check the analysis, or balance it with --balance-with.");
+    }
+}
+
+std::string Calculator::hintFor(const std::string& message) {
+    if (contains(message, "Number of trials exceeded")) {
+        return "The solver found no solution. Check the analysis' charge balance (brinecast "
+               "balance FILE --with Cl) and its units. The specified solver fails above about "
+               "3 mol/kgw of chloride: leave --method at robust (the default) or auto.";
+    }
+    if (contains(message, "dll could not be loaded") || contains(message, "cannot load korvane")) {
+        return "The density of a per-litre analysis that gives none is computed by the engine "
+               "library: give --engine-dir DIR (the directory holding kvpvt64.dll), or give the "
+               "density (g/cm3) in the analysis.";
+    }
+    if (contains(message, "Could not load symbol")) {
+        return "The library in the engine directory lacks an entry point the density needs: "
+               "point --engine-dir at the reference engine shipped with brinecast.";
+    }
+    return "";
+}
+
+}  // namespace korvane::Brinecast::cli

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "brinecast/calculation/AnalysisResult.h"
+
+#include <korvane/Brinecast.h>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace korvane::Brinecast::cli {
+
+/// Runs the library on analyses and checks what it returns. Many analyses may be calculated at
+/// once, on several threads; loading the engine first (`loadEngine`) keeps a missing engine from
+/// being retried by every per-litre analysis.
+class Calculator {
+public:
+    /// `engineDirectory` holds the engine library (kvpvt64.dll); `balanceWith` names the element
+    /// or ion that cancels each analysis' charge imbalance before the calculation, if any;
+    /// `method` is the library's solver (Auto: the specified one, the robust one when that fails)
+    /// and `activity` its activity model.
+    Calculator(std::string engineDirectory, std::optional<std::string> balanceWith,
+               Method method = Method::Robust, ActivityModel activity = ActivityModel::Ideal);
+
+    /// True when some analysis' density is for the engine to compute.
+    static bool needsEngine(const std::vector<AnalysisResult>& results);
+    /// Loads the engine library once for the process; false when it cannot be loaded, and then
+    /// analyses that need it must be calculated one after another.
+    bool loadEngine() const;
+
+    /// Adds the balancing ion, takes the charge balance, settles the density, runs the library
+    /// and checks its result. A result already marked invalid is left as it is.
+    void calculate(AnalysisResult& result) const;
+
+    /// The library's input for an analysis.
+    Input input(const Analysis& analysis, double densityGcm3) const;
+
+    /// What a user can do about a message the library threw.
+    static std::string hintFor(const std::string& message);
+
+private:
+    void prepare(AnalysisResult& result) const;
+    /// NaN, with the result marked failed, when the engine cannot give it.
+    double engineDensity(AnalysisResult& result) const;
+
+    std::string engineDirectory_;
+    std::optional<std::string> balanceWith_;
+    SolveOptions solveOptions_;
+    Speciator speciator_;  ///< the reaction data parsed once for every analysis and thread
+};
+
+}  // namespace korvane::Brinecast::cli

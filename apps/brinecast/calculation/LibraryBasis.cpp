@@ -1,0 +1,43 @@
+#include "brinecast/calculation/LibraryBasis.h"
+
+#include "brinecast/calculation/SharedReactionData.h"
+
+#include "engine/ProcessedInput.h"
+#include "solver/BasisPreparationCache.h"
+
+#include <cmath>
+
+namespace korvane::Brinecast::cli {
+BasisData LibraryBasis::of(const Input& input) {
+    const ProcessedInput processed = processInput(input, SharedReactionData::model());
+    // The index picks the reactions, log K values, charges and coefficients of the basis
+    // reaction set, bit for bit; the thread keeps them for the next analysis on the same basis.
+    const SpeciationSystem& set = BasisPreparationCache::ofThisThread().system(SharedReactionData::index(), processed.basisNames,
+                                                                               processed.input.temperature);
+    BasisData b;
+    b.basisNames = processed.basisNames;
+    b.totals.assign(processed.totals.begin(), processed.totals.end());
+    b.speciesNames.reserve(set.speciesCount());
+    for (const std::string* name : set.speciesNames) b.speciesNames.push_back(*name);
+    b.charges.assign(set.charges.begin(), set.charges.end());
+    b.logK = set.logK;
+    b.coefficients = set.coefficients;
+    return b;
+}
+
+std::vector<std::string> LibraryBasis::reportedSpecies(const Input& input) {
+    // The same threshold as the library's grouping of its output.
+    constexpr double kGroupCoefficient = 1e-8;
+    const ProcessedInput processed = processInput(input, SharedReactionData::model());
+    const SpeciationSystem& set = BasisPreparationCache::ofThisThread().system(SharedReactionData::index(), processed.basisNames,
+                                                                               processed.input.temperature);
+    std::vector<std::string> names;
+    for (std::size_t j = 2; j < set.basisCount; ++j) {
+        for (std::size_t k = 0; k < set.speciesCount(); ++k) {
+            if (std::fabs(set.coefficient(j, k)) > kGroupCoefficient) names.push_back(*set.speciesNames[k]);
+        }
+    }
+    return names;
+}
+
+}  // namespace korvane::Brinecast::cli

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "brinecast/calculation/BasisData.h"
+
+#include <korvane/Brinecast.h>
+
+#include <string>
+#include <vector>
+
+namespace korvane::Brinecast::cli {
+
+/// What a result is checked against: the library's own model of the calculation, not a copy.
+class LibraryBasis {
+public:
+    /// The basis components and totals the library builds from `input`, and the species,
+    /// charges, log K values and coefficients of its basis reaction set.
+    static BasisData of(const Input& input);
+
+    /// Every species a calculation of `input` can report under a component: those of its basis
+    /// reaction set with a coefficient on some component other than water and H+, component by
+    /// component. Known before calculating, so a report can name its columns first.
+    static std::vector<std::string> reportedSpecies(const Input& input);
+};
+
+}  // namespace korvane::Brinecast::cli

@@ -1,0 +1,109 @@
+#include "brinecast/reports/CsvReport.h"
+
+#include "brinecast/reports/NumberText.h"
+#include "brinecast/reports/ResultText.h"
+#include "brinecast/readers/Utf8Text.h"
+
+#include <algorithm>
+#include <cmath>
+#include <map>
+
+namespace korvane::Brinecast::cli {
+namespace {
+
+std::string number(double value) { return std::isfinite(value) ? NumberText::exact(value) : ""; }
+
+}  // namespace
+
+std::vector<std::string> CsvReport::speciesColumns(const std::vector<AnalysisResult>& results) {
+    std::vector<std::string> names;
+    for (const AnalysisResult& r : results) {
+        for (const SpeciationCheck::Component& c : r.check.components) {
+            for (const SpeciationCheck::Species& s : c.species) {
+                if (std::find(names.begin(), names.end(), s.name) == names.end()) {
+                    names.push_back(s.name);
+                }
+            }
+        }
+    }
+    return names;
+}
+
+std::string CsvReport::field(const std::string& raw) {
+    // A cell is one line of valid UTF-8, whatever a name or an engine message held.
+    const std::string text = Utf8Text::oneLine(raw);
+    if (text.find_first_of(",\"") == std::string::npos) return text;
+    std::string quoted = "\"";
+    for (char c : text) quoted += c == '"' ? std::string("\"\"") : std::string(1, c);
+    return quoted + "\"";
+}
+
+void CsvReport::write(std::ostream& out, const std::vector<AnalysisResult>& results,
+                      bool withSpecies) {
+    const std::vector<std::string> species = withSpecies ? speciesColumns(results)
+                                                         : std::vector<std::string>{};
+    writeHeader(out, species, withSpecies);
+    for (const AnalysisResult& r : results) writeRow(out, r, species, withSpecies);
+}
+
+void CsvReport::writeHeader(std::ostream& out, const std::vector<std::string>& species,
+                            bool withSpecies) {
+    out << "source,name,pH,status,message";
+    if (withSpecies) {
+        out << ",warnings,temperature_K,pressure_Pa,density_g_cm3,density_source,"
+               "charge_balance_error_percent,balanced_with,balancing_amount,"
+               "worst_relative_error,solver,solver_iterations,mass_balance_error,charge_imbalance,"
+               "activity_model,ionic_strength_mol_per_kgw,water_activity";
+        for (const std::string& s : species) out << ',' << field(s + " (mol/kgw)");
+        for (const std::string& s : species) out << ',' << field(s + " log10 gamma");
+        for (const std::string& s : species) out << ',' << field(s + " log10 activity");
+    }
+    out << '\n';
+}
+
+void CsvReport::writeRow(std::ostream& out, const AnalysisResult& r,
+                         const std::vector<std::string>& species, bool withSpecies) {
+    const bool calculated = r.calculated();
+    out << field(r.analysis.source) << ',' << field(r.analysis.name) << ','
+        << (calculated ? number(r.pH) : "") << ',' << field(ResultText::status(r.status))
+        << ',' << field(ResultText::message(r));
+    if (withSpecies) {
+        std::string warnings;
+        for (const std::string& w : r.warnings) warnings += (warnings.empty() ? "" : " ") + w;
+        const bool read = r.status != AnalysisResult::Status::Invalid;
+        out << ',' << field(warnings) << ',' << (read ? number(r.analysis.temperatureK) : "")
+            << ',' << (read ? number(r.analysis.pressurePa) : "") << ','
+            << (read ? number(r.densityGcm3) : "") << ','
+            << (read ? ResultText::densitySource(r.densitySource) : "") << ','
+            << (read ? number(r.charge.errorPercent()) : "") << ','
+            << (r.balancing ? field(r.balancing->element) : "") << ','
+            << (r.balancing ? number(r.balancing->amount) : "") << ','
+            << (calculated ? number(r.check.worstRelativeError()) : "");
+        const bool solved = calculated && r.solver.has_value();
+        out << ',' << (solved ? field(ResultText::solver(*r.solver)) : "") << ','
+            << (solved ? std::to_string(r.solver->iterations) : "") << ','
+            << (solved ? number(r.solver->massBalanceError) : "") << ','
+            << (solved ? number(r.solver->chargeImbalance) : "");
+        const AnalysisResult::Activities* activity = calculated && r.activities ? &*r.activities : nullptr;
+        out << ',' << (activity ? ResultText::activityModel(activity->model) : "") << ','
+            << (activity ? number(activity->ionicStrengthMolPerKgw) : "") << ','
+            << (activity ? number(std::pow(10.0, activity->logWaterActivity)) : "");
+        std::map<std::string, double> molality;
+        for (const SpeciationCheck::Component& c : r.check.components) {
+            for (const SpeciationCheck::Species& s : c.species) molality[s.name] = s.molality;
+        }
+        for (const std::string& s : species) {
+            const auto it = molality.find(s);
+            out << ',' << (calculated && it != molality.end() ? number(it->second) : "");
+        }
+        for (const std::string& s : species) out << ',' << (activity ? number(activity->logGamma(s)) : "");
+        for (const std::string& s : species) {
+            const auto it = molality.find(s);
+            const bool known = activity && it != molality.end() && it->second > 0.0;
+            out << ',' << (known ? number(activity->logGamma(s) + std::log10(it->second)) : "");
+        }
+    }
+    out << '\n';
+}
+
+}  // namespace korvane::Brinecast::cli
