@@ -102,7 +102,8 @@ PYBIND11_MODULE(_brinecast, m) {
     py::enum_<ActivityModel>(m, "ActivityModel")
         .value("ideal", ActivityModel::Ideal)
         .value("davies", ActivityModel::Davies)
-        .value("debye_huckel", ActivityModel::DebyeHuckel);
+        .value("debye_huckel", ActivityModel::DebyeHuckel)
+        .value("pitzer", ActivityModel::Pitzer);
 
     py::class_<python::FrameSettings>(m, "Settings")
         .def(py::init([] { return python::FrameSpeciator::defaults(); }),
