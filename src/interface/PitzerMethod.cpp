@@ -101,6 +101,31 @@ void measureClosure(const PitzerSolution& solution, const std::vector<PitzerComp
 
 }  // namespace
 
+PitzerLayout pitzerLayout(const ProcessedInput& processed) {
+    const PitzerDatabase& database = PitzerDatabase::embedded();
+    const std::vector<PitzerComponent> components = pitzerComponents(processed, database);
+    // Without the MacInnes scale: the set then holds no Cl- that is there only for it.
+    const PitzerSolution solution =
+        PitzerSpeciation(database, components, processed.input.temperature, processed.input.pressure, false).layout();
+    PitzerLayout layout;
+    layout.basisNames = {"H2O", "H+"};
+    layout.totals = {0.0, 0.0};
+    for (const PitzerComponent& component : components) {
+        layout.basisNames.push_back(database.species()[static_cast<std::size_t>(component.master)].name);
+        layout.totals.push_back(component.total);
+    }
+    for (std::size_t s = 0; s < solution.species.size(); ++s) {
+        const PitzerSpecies& species = database.species()[static_cast<std::size_t>(solution.species[s])];
+        layout.speciesNames.push_back(species.name);
+        layout.charges.push_back(species.charge);
+        layout.logK.push_back(solution.logK[s]);
+        layout.coefficients.push_back(species.waterCount);
+        for (std::size_t b = 0; b < solution.unknowns; ++b)
+            layout.coefficients.push_back(solution.contents[s * solution.unknowns + b]);
+    }
+    return layout;
+}
+
 Result pitzerResult(const ProcessedInput& processed, const SolveOptions& options) {
     const PitzerDatabase& database = PitzerDatabase::embedded();
     const std::vector<PitzerComponent> components = pitzerComponents(processed, database);

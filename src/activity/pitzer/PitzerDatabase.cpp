@@ -28,6 +28,24 @@ const rapidjson::Value& member(const rapidjson::Value& record, const char* key, 
     return it->value;
 }
 
+const rapidjson::Value& list(const rapidjson::Value& record, const char* key, const std::string& name) {
+    const rapidjson::Value& value = member(record, key, name);
+    if (!value.IsArray()) refuse(name, std::string("has a \"") + key + "\" that is not a list");
+    return value;
+}
+
+std::string text(const rapidjson::Value& record, const char* key, const std::string& name) {
+    const rapidjson::Value& value = member(record, key, name);
+    if (!value.IsString()) refuse(name, std::string("has a \"") + key + "\" that is not a text");
+    return value.GetString();
+}
+
+const rapidjson::Value& object(const rapidjson::Value& record, const char* key, const std::string& name) {
+    const rapidjson::Value& value = member(record, key, name);
+    if (!value.IsObject()) refuse(name, std::string("has a \"") + key + "\" that is not an object");
+    return value;
+}
+
 double number(const rapidjson::Value& value, const std::string& name, const char* key) {
     if (!value.IsNumber()) refuse(name, std::string("has a \"") + key + "\" that is not a number");
     return value.GetDouble();
@@ -92,9 +110,10 @@ PitzerDatabase::PitzerDatabase(const std::string& json) {
     document.Parse(json.data(), json.size());
     if (document.HasParseError() || !document.IsObject())
         refuse("document", "is no JSON object (parse error at byte " + std::to_string(document.GetErrorOffset()) + ")");
-    for (const rapidjson::Value& record : member(document, "species", "document").GetArray()) {
+    for (const rapidjson::Value& record : list(document, "species", "document").GetArray()) {
         PitzerSpecies species;
-        species.name = member(record, "name", "a species").GetString();
+        if (!record.IsObject()) refuse("a species", "is not an object");
+        species.name = text(record, "name", "a species");
         species.charge = static_cast<int>(number(member(record, "charge", species.name), species.name, "charge"));
         const auto vm = record.FindMember("vm");
         if (vm != record.MemberEnd()) {
@@ -107,11 +126,10 @@ PitzerDatabase::PitzerDatabase(const std::string& json) {
     rapidjson::SizeType k = 0;
     for (const rapidjson::Value& record : document["species"].GetArray()) {
         PitzerSpecies& species = species_[k++];
-        const auto stoich = record.FindMember("stoich");
-        if (stoich == record.MemberEnd()) continue;
+        if (!record.HasMember("stoich")) continue;
         species.master = false;
         species.logK = readLogK(record, species.name);
-        for (const auto& term : stoich->value.GetObject()) {
+        for (const auto& term : object(record, "stoich", species.name).GetObject()) {
             const std::string name = term.name.GetString();
             const double coefficient = number(term.value, species.name, "stoich");
             if (name == species.name) continue;
@@ -122,12 +140,13 @@ PitzerDatabase::PitzerDatabase(const std::string& json) {
             species.contents.push_back({index, -coefficient});
         }
     }
-    for (const rapidjson::Value& record : member(document, "minerals", "document").GetArray()) {
+    for (const rapidjson::Value& record : list(document, "minerals", "document").GetArray()) {
         PitzerMineral mineral;
-        mineral.name = member(record, "name", "a mineral").GetString();
+        if (!record.IsObject()) refuse("a mineral", "is not an object");
+        mineral.name = text(record, "name", "a mineral");
         mineral.logK = readLogK(record, mineral.name);
         mineral.solidVolumeCm3PerMol = number(member(record, "vm_solid", mineral.name), mineral.name, "vm_solid");
-        for (const auto& term : member(record, "stoich", mineral.name).GetObject()) {
+        for (const auto& term : object(record, "stoich", mineral.name).GetObject()) {
             const std::string name = term.name.GetString();
             const double coefficient = number(term.value, mineral.name, "stoich");
             if (name == "H2O") mineral.waterCoefficient = coefficient;
@@ -139,14 +158,16 @@ PitzerDatabase::PitzerDatabase(const std::string& json) {
         }
         minerals_.push_back(std::move(mineral));
     }
-    for (const rapidjson::Value& record : member(document, "parameters", "document").GetArray()) {
-        const std::string source = record.HasMember("source") ? record["source"].GetString() : "a parameter";
+    for (const rapidjson::Value& record : list(document, "parameters", "document").GetArray()) {
+        if (!record.IsObject()) refuse("a parameter", "is not an object");
+        const std::string source = record.HasMember("source") ? text(record, "source", "a parameter") : "a parameter";
         PitzerParameter parameter;
-        parameter.kind = kindOf(member(record, "type", source).GetString(), source);
+        parameter.kind = kindOf(text(record, "type", source), source);
         const rapidjson::Value& names = member(record, "species", source);
         const bool triple = parameter.kind == PitzerParameter::Kind::Zeta || parameter.kind == PitzerParameter::Kind::Psi;
         if (!names.IsArray() || names.Size() != (triple ? 3u : 2u)) refuse(source, "names the wrong number of species");
         for (rapidjson::SizeType i = 0; i < names.Size(); ++i) {
+            if (!names[i].IsString()) refuse(source, "names a species that is not a text");
             parameter.species[i] = find(names[i].GetString());
             if (parameter.species[i] < 0) refuse(source, std::string("names the unknown species ") + names[i].GetString());
         }

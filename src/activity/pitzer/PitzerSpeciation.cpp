@@ -209,6 +209,7 @@ PitzerSolution PitzerSpeciation::solve(double tolerance, std::uint64_t iteration
     solution.species = species_;
     solution.molalities = molalities_;
     solution.logGammas = logGamma_;
+    solution.logK = logK_;
     solution.contents = contents_;
     solution.unknowns = unknowns_;
     solution.pH = -logActivity_[0];
@@ -216,6 +217,15 @@ PitzerSolution PitzerSpeciation::solve(double tolerance, std::uint64_t iteration
     solution.logWaterActivity = logWaterActivity_;
     solution.osmoticCoefficient = state_.osmoticCoefficient;
     computeMinerals(solution);
+    return solution;
+}
+
+PitzerSolution PitzerSpeciation::layout() const {
+    PitzerSolution solution;
+    solution.species = species_;
+    solution.contents = contents_;
+    solution.unknowns = unknowns_;
+    solution.logK = baseLogK_;
     return solution;
 }
 

@@ -26,6 +26,7 @@ struct PitzerSolution {
     std::vector<std::int32_t> species;  ///< database indices; H+ first, then the masters, then formed species
     std::vector<double> molalities;     ///< mol/kgw
     std::vector<double> logGammas;      ///< log10 γ
+    std::vector<double> logK;           ///< log10 K of formation at T, P' and I (0 for H+ and the masters)
     std::vector<double> contents;       ///< count of unknown b in species s at s·unknowns + b (b = 0: H+)
     std::size_t unknowns = 0;           ///< H+ and the components
     double pH = 0.0;                    ///< −log10 a(H+) in the chosen single-ion convention
@@ -51,6 +52,10 @@ public:
     /// × Σ|z|m, the last correction of every molality and the activity coefficients to `tolerance`
     /// (relative, log10 γ to 10 × it); at most `iterationLimit` Newton steps per activity update.
     PitzerSolution solve(double tolerance, std::uint64_t iterationLimit);
+
+    /// The species, their contents and log K at T and P' (I = 0), before any solving: what a
+    /// report needs to name and check the species of a result.
+    PitzerSolution layout() const;
 
 private:
     std::size_t newtonSteps(double tolerance, std::uint64_t limit, bool& converged);
