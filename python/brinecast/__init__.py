@@ -39,6 +39,14 @@ def _positive(kind, cast):
     return convert
 
 
+def _flag(kind):
+    def convert(value):
+        if not isinstance(value, bool):
+            raise ValueError(f"{kind}={value!r} must be True or False")
+        return value
+    return convert
+
+
 def _text(kind):
     def convert(value):
         if not isinstance(value, str):
@@ -55,6 +63,7 @@ _SETTINGS = {
     "activity": _choice("activity", {"ideal": _ActivityModel.ideal, "davies": _ActivityModel.davies,
                                      "debye-huckel": _ActivityModel.debye_huckel,
                                      "pitzer": _ActivityModel.pitzer}),
+    "macinnes": _flag("macinnes"),
     "tolerance": _positive("tolerance", float),
     "iteration_limit": _positive("iteration_limit", int),
     "engine_dir": _text("engine_dir"),

@@ -115,6 +115,9 @@ PYBIND11_MODULE(_brinecast, m) {
             "activity", [](const python::FrameSettings& s) { return s.solve.activity; },
             [](python::FrameSettings& s, ActivityModel v) { s.solve.activity = v; })
         .def_property(
+            "macinnes", [](const python::FrameSettings& s) { return s.solve.macInnes; },
+            [](python::FrameSettings& s, bool v) { s.solve.macInnes = v; })
+        .def_property(
             "tolerance", [](const python::FrameSettings& s) { return s.solve.tolerance; },
             [](python::FrameSettings& s, double v) { s.solve.tolerance = v; })
         .def_property(
