@@ -129,15 +129,7 @@ void PitzerActivity::macInnesShift(double I, double root, double f1, double* lnG
     for (std::size_t n = 0; n < charges_.size(); ++n) lnGamma[n] += charges_[n] * shift;
 }
 
-PitzerState PitzerActivity::evaluate(const double* m, double* logGamma) {
-    const std::size_t n = charges_.size();
-    double I = 0.0, Z = 0.0, M = 0.0;
-    for (std::size_t s = 0; s < n; ++s) {
-        I += 0.5 * charges_[s] * charges_[s] * m[s];
-        Z += std::abs(charges_[s]) * m[s];
-        M += m[s];
-    }
-    const double root = std::sqrt(I);
+void PitzerActivity::addVirialTerms(const double* m, double I, double Z, double root, Sums& sums) {
     double gAlpha[kMaxAlphas], gPrimeAlpha[kMaxAlphas], expAlpha[kMaxAlphas];
     for (std::size_t a = 0; a < alphas_.size(); ++a) {
         const double x = alphas_[a] * root;
@@ -146,9 +138,6 @@ PitzerState PitzerActivity::evaluate(const double* m, double* logGamma) {
         expAlpha[a] = std::exp(-x);
     }
     double* L = lnGamma_.data();
-    std::fill(lnGamma_.begin(), lnGamma_.end(), 0.0);
-    double S = -aphi_ * I * root / (1.0 + kB * root);
-    double Fp = 0.0, CS = 0.0;
     using Kind = PitzerParameter::Kind;
     for (const Term& t : terms_) {
         const double mi = m[t.i], mj = m[t.j], p = t.value;
@@ -158,15 +147,15 @@ PitzerState PitzerActivity::evaluate(const double* m, double* logGamma) {
             const double gp = p * gAlpha[t.alpha];
             L[t.i] += 2.0 * mj * gp;
             L[t.j] += 2.0 * mi * gp;
-            S += mi * mj * p * expAlpha[t.alpha];
-            Fp += mi * mj * p * gPrimeAlpha[t.alpha];
+            sums.osmotic += mi * mj * p * expAlpha[t.alpha];
+            sums.fPrime += mi * mj * p * gPrimeAlpha[t.alpha];
             break;
         }
         case Kind::C0:
             L[t.i] += mj * Z * p;
             L[t.j] += mi * Z * p;
-            S += mi * mj * Z * p;
-            CS += mi * mj * p;
+            sums.osmotic += mi * mj * Z * p;
+            sums.cSum += mi * mj * p;
             break;
         case Kind::Zeta:
         case Kind::Psi: {
@@ -174,42 +163,63 @@ PitzerState PitzerActivity::evaluate(const double* m, double* logGamma) {
             L[t.i] += mj * mk * p;
             L[t.j] += mi * mk * p;
             L[t.k] += mi * mj * p;
-            S += mi * mj * mk * p;
+            sums.osmotic += mi * mj * mk * p;
             break;
         }
         default:  // B0, THETA, LAMBDA: a plain second virial coefficient
             if (t.i == t.j) {
                 L[t.i] += 2.0 * mi * p;
-                S += 0.5 * mi * mi * p;
+                sums.osmotic += 0.5 * mi * mi * p;
             } else {
                 L[t.i] += 2.0 * mj * p;
                 L[t.j] += 2.0 * mi * p;
-                S += mi * mj * p;
+                sums.osmotic += mi * mj * p;
             }
         }
     }
+}
+
+void PitzerActivity::addMixingTerms(const double* m, double I, Sums& sums) {
     ElectrostaticMixing mixing[kMaxCombinations];
     for (std::size_t c = 0; c < combinations_.size(); ++c)
         mixing[c] = ElectrostaticMixing::of(combinations_[c].first, combinations_[c].second, aphi_, I);
+    double* L = lnGamma_.data();
     for (const MixingPair& pair : pairs_) {
         const ElectrostaticMixing& e = mixing[pair.combination];
         const double mi = m[pair.i], mj = m[pair.j];
         L[pair.i] += 2.0 * mj * e.theta;
         L[pair.j] += 2.0 * mi * e.theta;
-        S += mi * mj * (e.theta + I * e.thetaPrime);
-        Fp += mi * mj * e.thetaPrime;
+        sums.osmotic += mi * mj * (e.theta + I * e.thetaPrime);
+        sums.fPrime += mi * mj * e.thetaPrime;
     }
+}
+
+PitzerState PitzerActivity::evaluate(const double* m, double* logGamma) {
+    const std::size_t n = charges_.size();
+    double I = 0.0, Z = 0.0, M = 0.0;  // ionic strength, Σ|z|m and Σm, mol/kgw
+    for (std::size_t s = 0; s < n; ++s) {
+        I += 0.5 * charges_[s] * charges_[s] * m[s];
+        Z += std::abs(charges_[s]) * m[s];
+        M += m[s];
+    }
+    const double root = std::sqrt(I);
+    std::fill(lnGamma_.begin(), lnGamma_.end(), 0.0);
+    // The osmotic sum starts from the Debye–Hückel term with the unshifted b, at any pressure.
+    Sums sums{-aphi_ * I * root / (1.0 + kB * root), 0.0, 0.0};
+    addVirialTerms(m, I, Z, root, sums);
+    addMixingTerms(m, I, sums);
+    double* L = lnGamma_.data();
     const double f1 = debyeHuckel(b1_, root), f2 = debyeHuckel(b2_, root), f0 = debyeHuckel(kB, root);
     for (std::size_t s = 0; s < n; ++s) {
         const int z = std::abs(charges_[s]);
         if (z == 0) continue;
-        L[s] += z * z * ((z == 1 ? f1 : z == 2 ? f2 : f0) + Fp) + z * CS;
+        L[s] += z * z * ((z == 1 ? f1 : z == 2 ? f2 : f0) + sums.fPrime) + z * sums.cSum;
     }
     if (macInnes_) macInnesShift(I, root, f1, L);
     for (std::size_t s = 0; s < n; ++s) logGamma[s] = L[s] / kLn10;
     PitzerState state;
     state.ionicStrength = I;
-    state.osmoticCoefficient = M > 0.0 ? 1.0 + 2.0 * S / M : 1.0;
+    state.osmoticCoefficient = M > 0.0 ? 1.0 + 2.0 * sums.osmotic / M : 1.0;
     state.logWaterActivity = -M * state.osmoticCoefficient / kWaterMolesPerKg / kLn10;
     return state;
 }

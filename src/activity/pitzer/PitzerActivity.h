@@ -49,6 +49,15 @@ private:
         std::int32_t combination;
     };
 
+    /// The sums the per-ion terms share: the osmotic sum S_φ, F' and Σ m_c m_a C_ca.
+    struct Sums {
+        double osmotic;
+        double fPrime;
+        double cSum;
+    };
+
+    void addVirialTerms(const double* molalities, double ionicStrength, double chargeSum, double root, Sums& sums);
+    void addMixingTerms(const double* molalities, double ionicStrength, Sums& sums);
     void addTerm(const PitzerParameter& parameter, const std::vector<std::int32_t>& local, double temperatureK);
     std::int32_t alphaSlot(double alpha);
     double debyeHuckel(double b, double root) const;

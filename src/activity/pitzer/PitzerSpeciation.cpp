@@ -96,6 +96,8 @@ PitzerSpeciation::PitzerSpeciation(const PitzerDatabase& database, const std::ve
     logActivity_.assign(unknowns_, kStartLogHydrogen);
     for (std::size_t b = 1; b < unknowns_; ++b) logActivity_[b] = std::log10(totals_[b]);
     activity_ = std::make_unique<PitzerActivity>(database, species_, water_, macInnes);
+    jacobian_.assign(unknowns_ * unknowns_, 0.0);
+    residuals_.assign(unknowns_, 0.0);
 }
 
 void PitzerSpeciation::updateMolalities() {
@@ -107,61 +109,61 @@ void PitzerSpeciation::updateMolalities() {
     }
 }
 
+double PitzerSpeciation::assemble() {
+    const std::size_t n = unknowns_;
+    std::fill(jacobian_.begin(), jacobian_.end(), 0.0);
+    std::fill(residuals_.begin(), residuals_.end(), 0.0);
+    double chargeScale = 0.0;  // Σ|z|m, eq/kgw
+    // Row 0 is the charge balance (it fixes H+), row b the mass balance of component b; the
+    // derivative of a molality by a log10 activity is ln 10 × count × m.
+    for (std::size_t s = 0; s < species_.size(); ++s) {
+        const double m = molalities_[s];
+        if (m == 0.0) continue;
+        const double* c = &contents_[s * n];
+        residuals_[0] += charges_[s] * m;
+        chargeScale += std::abs(charges_[s]) * m;
+        for (std::size_t r = 1; r < n; ++r) residuals_[r] += c[r] * m;
+        for (std::size_t b = 0; b < n; ++b) {
+            if (c[b] == 0.0) continue;
+            const double d = kLn10 * c[b] * m;
+            jacobian_[b] += charges_[s] * d;
+            for (std::size_t r = 1; r < n; ++r) jacobian_[r * n + b] += c[r] * d;
+        }
+    }
+    for (std::size_t r = 1; r < n; ++r) residuals_[r] -= totals_[r];
+    return chargeScale;
+}
+
 std::size_t PitzerSpeciation::newtonSteps(double tolerance, std::uint64_t limit, bool& converged) {
-    const std::size_t n = unknowns_, count = species_.size();
-    std::vector<double> jacobian(n * n), rhs(n);
+    const std::size_t n = unknowns_;
     double lastStep = std::numeric_limits<double>::infinity();
     double lastResidual = std::numeric_limits<double>::infinity();
     converged = false;
     for (std::uint64_t step = 0;; ++step) {
         updateMolalities();
-        std::fill(jacobian.begin(), jacobian.end(), 0.0);
-        std::fill(rhs.begin(), rhs.end(), 0.0);
-        double chargeScale = 0.0;
-        // Row 0 is the charge balance (it fixes H+), row b the mass balance of component b.
-        for (std::size_t s = 0; s < count; ++s) {
-            const double m = molalities_[s];
-            if (m == 0.0) continue;
-            const double* c = &contents_[s * n];
-            rhs[0] += charges_[s] * m;
-            chargeScale += std::abs(charges_[s]) * m;
-            for (std::size_t r = 1; r < n; ++r) rhs[r] += c[r] * m;
-            for (std::size_t b = 0; b < n; ++b) {
-                if (c[b] == 0.0) continue;
-                const double d = kLn10 * c[b] * m;
-                jacobian[b] += charges_[s] * d;
-                for (std::size_t r = 1; r < n; ++r) jacobian[r * n + b] += c[r] * d;
-            }
+        const double chargeScale = assemble();
+        // Rows scaled to relative residuals, so that a trace component counts as much as NaCl.
+        for (std::size_t r = 0; r < n; ++r) {
+            const double scale = r > 0 ? totals_[r] : chargeScale > 0.0 ? chargeScale : 1.0;
+            for (std::size_t b = 0; b < n; ++b) jacobian_[r * n + b] /= scale;
+            residuals_[r] = -residuals_[r] / scale;
         }
-        bool balanced = std::fabs(rhs[0]) <= tolerance * chargeScale;
-        double residual = chargeScale > 0.0 ? std::fabs(rhs[0]) / chargeScale : 0.0;
-        for (std::size_t r = 1; r < n; ++r) {
-            rhs[r] -= totals_[r];
-            balanced = balanced && std::fabs(rhs[r]) <= tolerance * totals_[r];
-            residual = std::max(residual, std::fabs(rhs[r]) / totals_[r]);
-        }
+        double residual = 0.0;
+        for (double r : residuals_) residual = std::max(residual, std::fabs(r));
         // In an unbuffered brine H+ is fixed only through the charge balance, whose rounding
         // (1e-16 of Σ|z|m) can be 1e-9 of m(H+): once the balances close, a step that no longer
         // halves the residual is moving rounding about, and the solution is as good as it gets.
-        if (balanced && (kLn10 * lastStep <= tolerance || residual > 0.5 * lastResidual)) {
+        if (residual <= tolerance && (kLn10 * lastStep <= tolerance || residual > 0.5 * lastResidual)) {
             converged = true;
             return step;
         }
         lastResidual = residual;
-        if (step >= limit) return step;
-        // Rows scaled to relative residuals, so that a trace component counts as much as NaCl.
-        const double scales0 = chargeScale > 0.0 ? chargeScale : 1.0;
-        for (std::size_t r = 0; r < n; ++r) {
-            const double scale = r == 0 ? scales0 : totals_[r];
-            for (std::size_t b = 0; b < n; ++b) jacobian[r * n + b] /= scale;
-            rhs[r] = -rhs[r] / scale;
-        }
-        if (!solveLinear(jacobian, rhs, n)) return step;
+        if (step >= limit || !solveLinear(jacobian_, residuals_, n)) return step;
         double largest = 0.0;
-        for (double d : rhs) largest = std::max(largest, std::fabs(d));
+        for (double d : residuals_) largest = std::max(largest, std::fabs(d));
         if (!std::isfinite(largest)) return step;
         const double shrink = largest > kLargestStep ? kLargestStep / largest : 1.0;
-        for (std::size_t b = 0; b < n; ++b) logActivity_[b] += shrink * rhs[b];
+        for (std::size_t b = 0; b < n; ++b) logActivity_[b] += shrink * residuals_[b];
         lastStep = shrink * largest;
     }
 }

@@ -59,6 +59,9 @@ public:
 
 private:
     std::size_t newtonSteps(double tolerance, std::uint64_t limit, bool& converged);
+    /// Residuals of the charge and mass balances and their Jacobian at the current molalities;
+    /// returns Σ|z|m (eq/kgw), the charge balance's scale.
+    double assemble();
     void updateMolalities();
     void updateActivity();
     std::vector<double> volumesAt(double ionicStrength) const;
@@ -82,6 +85,8 @@ private:
     double logWaterActivity_ = 0.0;
     PitzerState state_;
     std::unique_ptr<PitzerActivity> activity_;
+    std::vector<double> jacobian_;   ///< n×n, row-major
+    std::vector<double> residuals_;  ///< then the Newton step
 };
 
 }  // namespace Brinecast
