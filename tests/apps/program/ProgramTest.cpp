@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 #include <rapidjson/document.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <sstream>
@@ -74,6 +75,14 @@ TEST(Program, EveryShippedExampleGivesACheckedReportWithAPlausiblePH) {
                                        scratch);
     EXPECT_EQ(batch.status, 0) << batch.err;
     EXPECT_EQ(CsvTable::parse(batch.out, "out").rows().size(), 33u);
+    // The streamed batch calculates with the model asked for, and names that model's species.
+    const ProgramRun pitzer = brinecast(
+        "batch --activity pitzer " + kExamples + "/seawater-formation-water-mixing.csv -o -", scratch);
+    EXPECT_EQ(pitzer.status, 0) << pitzer.err;
+    const CsvTable table = CsvTable::parse(pitzer.out, "out");
+    ASSERT_EQ(table.rows().size(), 33u);
+    for (std::size_t row = 0; row < table.rows().size(); ++row) EXPECT_EQ(field(table, row, "activity_model"), "pitzer");
+    EXPECT_EQ(std::count(table.header().begin(), table.header().end(), "NaSO4- (mol/kgw)"), 0);
 }
 
 TEST(Program, JsonAndCsvCarryTheSameFullPrecisionNumbers) {
