@@ -8,7 +8,9 @@
 #include "interface/CalculationDriver.h"
 #include "solver/BalanceClosure.h"
 
+#include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <stdexcept>
 #include <string>
 #include <vector>
