@@ -101,10 +101,13 @@ int main(int argc, char** argv) {
     const std::map<std::string, korvane::Brinecast::ActivityModel> activities{
         {"ideal", korvane::Brinecast::ActivityModel::Ideal},
         {"davies", korvane::Brinecast::ActivityModel::Davies},
-        {"debye-huckel", korvane::Brinecast::ActivityModel::DebyeHuckel}};
+        {"debye-huckel", korvane::Brinecast::ActivityModel::DebyeHuckel},
+        {"pitzer", korvane::Brinecast::ActivityModel::Pitzer}};
     app.add_option("--activity", options.activity,
                    "Activity model: debye-huckel (each ion's own size and salting coefficient, "
-                   "log K corrected for pressure; for brines like seawater and beyond), davies "
+                   "log K corrected for pressure; for brines like seawater and beyond), pitzer "
+                   "(Harvie-Moller-Weare virial model on its own species set; concentrated brines "
+                   "to halite saturation, without Zn, sulfide or iron with carbonate), davies "
                    "(charge alone; to about 0.5 mol/kgw), or ideal (every activity coefficient 1, "
                    "as the library's run)")
         ->transform(CLI::CheckedTransformer(activities, CLI::ignore_case))

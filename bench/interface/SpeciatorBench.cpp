@@ -3,8 +3,10 @@
 // parsing, so the difference is the solver); what activities cost (ideal, Davies and
 // Debye-Hückel side by side, one brine at a time and over 1000 random brines); what the saturation
 // indices of the scale minerals cost inside a speciation (the "minerals/" rows time that step alone
-// on a solved result; its share is the row over the matching "activity/" row); and batch
-// throughput over 10 000 random brines.
+// on a solved result; its share is the row over the matching "activity/" row); what the Pitzer
+// model costs against the ideal robust speciation of the same brine ("pitzer/" rows; the formation
+// water without its iron, which Pitzer cannot take beside carbonate); and batch throughput over
+// 10 000 random brines.
 #include "BrineCatalog.h"
 #include "RandomBrines.h"
 #include "minerals/MineralSet.h"
@@ -13,6 +15,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <exception>
 #include <string>
@@ -41,6 +44,12 @@ const std::pair<const char*, bc::ActivityModel> kModels[] = {
     {"Ideal", bc::ActivityModel::Ideal},
     {"Davies", bc::ActivityModel::Davies},
     {"DebyeHuckel", bc::ActivityModel::DebyeHuckel},
+};
+
+const std::pair<const char*, bc::ActivityModel> kPitzerRows[] = {
+    {"Ideal", bc::ActivityModel::Ideal},
+    {"DebyeHuckel", bc::ActivityModel::DebyeHuckel},
+    {"Pitzer", bc::ActivityModel::Pitzer},
 };
 
 /// run, counting the calls that end in an exception (the trial limit on hypersaline brines).
@@ -133,6 +142,19 @@ int registerBenchmarks() {
                 ->Unit(benchmark::kMicrosecond);
             benchmark::RegisterBenchmark(("minerals/" + brine.name + "/" + name).c_str(), mineralSaturation,
                                          std::vector<bc::Input>{brine.input}, model)
+                ->Unit(benchmark::kMicrosecond);
+        }
+    }
+    for (const NamedBrine& brine : brines) {
+        if (brine.name != "formation-water" && brine.name != "hypersaline-5-molal") continue;
+        bc::Input input = brine.input;
+        std::vector<bc::NameValue>& elements = input.elements.values;
+        elements.erase(std::remove_if(elements.begin(), elements.end(),
+                                      [](const bc::NameValue& e) { return e.name == "Fe(+2)"; }),
+                       elements.end());
+        for (const auto& [name, model] : kPitzerRows) {
+            benchmark::RegisterBenchmark(("pitzer/" + brine.name + "-without-iron/" + name).c_str(), speciatorCalculation,
+                                         input, using_(bc::Method::Robust, model))
                 ->Unit(benchmark::kMicrosecond);
         }
     }

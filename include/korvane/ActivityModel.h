@@ -19,7 +19,10 @@ enum class ActivityModel : std::int32_t {
     /// Davies where a species has none, log K corrected for pressure from the species' molar
     /// volumes. Fitted to NaCl-like waters; good to seawater and beyond for the major ions.
     DebyeHuckel = 2,
-    /// Reserved for the Pitzer model; refused until it exists.
+    /// Harvie–Møller–Weare virial model with the unlike-charge mixing terms and temperature- and
+    /// pressure-dependent parameters, on its own species set (free ions, OH-, HCO3-, CO2, HSO4-,
+    /// MgOH+, MgCO3: the virial terms carry the ion pairing). For concentrated brines up to halite
+    /// saturation; refuses Zn, S(-2) and Fe(+2) with carbonate, which its parameters do not cover.
     Pitzer = 3,
 };
 

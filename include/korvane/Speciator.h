@@ -48,6 +48,11 @@ struct SolveOptions {
     /// How activities follow from molalities. Anything but Ideal needs the Robust solver (Auto
     /// then runs it directly); Specified is defined for ideal activities only.
     ActivityModel activity = ActivityModel::Ideal;
+    /// Pitzer only: single-ion activity coefficients on the MacInnes scale, γ(Cl-) = γ± of KCl at
+    /// the same ionic strength (the usual convention of pH in brines). Off, the unscaled
+    /// coefficients of the virial equations are reported. Molalities, water activity and
+    /// saturation indices are the same either way; pH and single-ion log γ are not.
+    bool macInnes = true;
 };
 
 /// How a speciation ended and how well its result closes the balances.
@@ -80,7 +85,9 @@ struct Result {
     /// pH (−log10 of the activity of H+) and the water activity they give any ion activity product.
     std::vector<double> logActivityCoefficients;
     /// Saturation of every scale mineral whose components the analysis contains, at its T and P;
-    /// a mineral that needs an absent component is not listed.
+    /// a mineral that needs an absent component is not listed. Under Pitzer the minerals and
+    /// their log K are those of the Pitzer data (Barite, Celestite, Calcite, Aragonite, Anhydrite,
+    /// Gypsum, Halite); the others are not available there and are not listed.
     std::vector<MineralSaturation> minerals;
 };
 

@@ -39,6 +39,14 @@ def _positive(kind, cast):
     return convert
 
 
+def _flag(kind):
+    def convert(value):
+        if not isinstance(value, bool):
+            raise ValueError(f"{kind}={value!r} must be True or False")
+        return value
+    return convert
+
+
 def _text(kind):
     def convert(value):
         if not isinstance(value, str):
@@ -53,7 +61,9 @@ _SETTINGS = {
     "method": _choice("method", {"auto": _Method.auto, "robust": _Method.robust,
                                  "specified": _Method.specified}),
     "activity": _choice("activity", {"ideal": _ActivityModel.ideal, "davies": _ActivityModel.davies,
-                                     "debye-huckel": _ActivityModel.debye_huckel}),
+                                     "debye-huckel": _ActivityModel.debye_huckel,
+                                     "pitzer": _ActivityModel.pitzer}),
+    "macinnes": _flag("macinnes"),
     "tolerance": _positive("tolerance", float),
     "iteration_limit": _positive("iteration_limit", int),
     "engine_dir": _text("engine_dir"),

@@ -102,7 +102,8 @@ PYBIND11_MODULE(_brinecast, m) {
     py::enum_<ActivityModel>(m, "ActivityModel")
         .value("ideal", ActivityModel::Ideal)
         .value("davies", ActivityModel::Davies)
-        .value("debye_huckel", ActivityModel::DebyeHuckel);
+        .value("debye_huckel", ActivityModel::DebyeHuckel)
+        .value("pitzer", ActivityModel::Pitzer);
 
     py::class_<python::FrameSettings>(m, "Settings")
         .def(py::init([] { return python::FrameSpeciator::defaults(); }),
@@ -113,6 +114,9 @@ PYBIND11_MODULE(_brinecast, m) {
         .def_property(
             "activity", [](const python::FrameSettings& s) { return s.solve.activity; },
             [](python::FrameSettings& s, ActivityModel v) { s.solve.activity = v; })
+        .def_property(
+            "macinnes", [](const python::FrameSettings& s) { return s.solve.macInnes; },
+            [](python::FrameSettings& s, bool v) { s.solve.macInnes = v; })
         .def_property(
             "tolerance", [](const python::FrameSettings& s) { return s.solve.tolerance; },
             [](python::FrameSettings& s, double v) { s.solve.tolerance = v; })

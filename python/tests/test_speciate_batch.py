@@ -25,7 +25,8 @@ def reference(method_code, activity_code):
 
 
 @pytest.mark.parametrize("method,code,activity,activity_code",
-                         [("robust", 1, "debye-huckel", 2), ("auto", 2, "ideal", 0)])
+                         [("robust", 1, "debye-huckel", 2), ("auto", 2, "ideal", 0),
+                          ("robust", 1, "pitzer", 3)])
 def test_results_are_bit_identical_to_the_cpp_speciator(brines, method, code, activity, activity_code):
     expected = reference(code, activity_code)
     compared = 0
@@ -76,11 +77,21 @@ def test_bad_rows_stay_in_place_with_their_messages():
     ({"Na": ["lots"]}, {}, "not numbers"),
     ({"Na": [0.1]}, {"method": "fastest"}, "not a choice"),
     ({"Na": [0.1]}, {"tolerance": -1}, "above zero"),
+    ({"Na": [0.1]}, {"macinnes": "no"}, "True or False"),
     ({"Na": [0.1]}, {"balance_with": "Xx"}, "not an element or ion to balance with"),
 ])
 def test_a_table_that_no_row_could_fix_is_refused(columns, keywords, problem):
     with pytest.raises(ValueError, match=problem):
         brinecast.speciate_batch(columns, **keywords)
+
+
+def test_the_pitzer_single_ion_scale_moves_the_ph_and_no_molality(brines):
+    frame = brine_frame([b for b in brines if b["name"] == "seawater-like"])
+    on = brinecast.speciate_batch(frame, activity="pitzer").iloc[0]
+    off = brinecast.speciate_batch(frame, activity="pitzer", macinnes=False).iloc[0]
+    assert abs(on["pH"] - off["pH"]) > 0.01
+    for column in ("Na+" + SPECIES, "HCO3-" + SPECIES, "MgCO3" + SPECIES):
+        assert on[column] == pytest.approx(off[column], rel=1e-8)
 
 
 def test_unknown_keyword_is_a_type_error():

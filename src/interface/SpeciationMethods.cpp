@@ -5,6 +5,7 @@
 #include "engine/ProcessedInput.h"
 #include "interface/AnalysisRangeCheck.h"
 #include "interface/CalculationDriver.h"
+#include "interface/PitzerMethod.h"
 #include "minerals/MineralSet.h"
 #include "solver/ActivitySpeciationSolver.h"
 #include "solver/BalanceClosure.h"
@@ -129,14 +130,10 @@ void checkOptions(const SolveOptions& options) {
         throw std::invalid_argument("Unknown solve method " + std::to_string(static_cast<int>(options.method)) +
                                     "; use Method::Specified, Method::Robust or Method::Auto.");
     }
-    if (options.activity == ActivityModel::Pitzer) {
-        throw std::invalid_argument("ActivityModel::Pitzer is not available yet; use ActivityModel::DebyeHuckel, "
-                                    "Davies or Ideal.");
-    }
     if (options.activity != ActivityModel::Ideal && options.activity != ActivityModel::Davies &&
-        options.activity != ActivityModel::DebyeHuckel) {
+        options.activity != ActivityModel::DebyeHuckel && options.activity != ActivityModel::Pitzer) {
         throw std::invalid_argument("Unknown activity model " + std::to_string(static_cast<int>(options.activity)) +
-                                    "; use ActivityModel::Ideal, Davies or DebyeHuckel.");
+                                    "; use ActivityModel::Ideal, Davies, DebyeHuckel or Pitzer.");
     }
     if (options.method == Method::Specified && options.activity != ActivityModel::Ideal) {
         throw std::invalid_argument("Method::Specified solves with ideal activities only; use Method::Robust or "
@@ -152,6 +149,8 @@ void checkOptions(const SolveOptions& options) {
 Result solved(const ProcessedInput& processed, const SpeciesModel& model, const ReactionIndex& index,
               const SolveOptions& options) {
     if (options.method == Method::Specified) return judged(specifiedResult(processed, model, options.tolerance));
+    // Pitzer has a species set of its own, and so a speciation of its own.
+    if (options.activity == ActivityModel::Pitzer) return judged(pitzerResult(processed, options));
     // The specified solver knows ideal activities only: Auto goes straight to the robust one.
     if (options.method == Method::Robust || options.activity != ActivityModel::Ideal)
         return judged(robustResult(processed, model, index, options));
@@ -179,8 +178,10 @@ Result speciateWith(const Input& input, const SpeciesModel& model, const Reactio
     const ProcessedInput processed = processInput(input, model);
     refuseAmountsOutOfRange(processed, model.elementTable());
     Result result = solved(processed, model, index, options);
-    result.minerals =
-        MineralSet::embedded().saturation(result, processed.input.temperature, processed.input.pressure);
+    // Under Pitzer the minerals come with its own data, already in the result.
+    if (options.activity != ActivityModel::Pitzer)
+        result.minerals =
+            MineralSet::embedded().saturation(result, processed.input.temperature, processed.input.pressure);
     return result;
 }
 

@@ -156,7 +156,7 @@ void Calculator::calculate(AnalysisResult& r) const {
         const Result result = speciator_.speciate(in, solveOptions_);
         r.pH = result.output.pH;
         r.solver = result.diagnostics;
-        r.check = SpeciationCheck::check(LibraryBasis::of(in), result.output.pH, result.output.species.values);
+        r.check = SpeciationCheck::check(LibraryBasis::of(in, solveOptions_.activity), result.output.pH, result.output.species.values);
         AnalysisResult::Activities activities{result.activity, result.ionicStrength, result.logWaterActivity, {}};
         const auto& species = result.output.species.values;
         for (std::size_t i = 0; i < species.size() && i < result.logActivityCoefficients.size(); ++i)

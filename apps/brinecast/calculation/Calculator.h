@@ -35,6 +35,9 @@ public:
     /// The library's input for an analysis.
     Input input(const Analysis& analysis, double densityGcm3) const;
 
+    /// The solver and activity model every analysis is calculated with.
+    const SolveOptions& solveOptions() const { return solveOptions_; }
+
     /// What a user can do about a message the library threw.
     static std::string hintFor(const std::string& message);
 

@@ -3,13 +3,31 @@
 #include "brinecast/calculation/SharedReactionData.h"
 
 #include "engine/ProcessedInput.h"
+#include "interface/PitzerMethod.h"
 #include "solver/BasisPreparationCache.h"
 
 #include <cmath>
 
 namespace korvane::Brinecast::cli {
-BasisData LibraryBasis::of(const Input& input) {
+namespace {
+
+BasisData pitzerBasis(const ProcessedInput& processed) {
+    PitzerLayout layout = pitzerLayout(processed);
+    BasisData b;
+    b.basisNames = std::move(layout.basisNames);
+    b.totals = std::move(layout.totals);
+    b.speciesNames = std::move(layout.speciesNames);
+    b.charges = std::move(layout.charges);
+    b.logK = std::move(layout.logK);
+    b.coefficients = std::move(layout.coefficients);
+    return b;
+}
+
+}  // namespace
+
+BasisData LibraryBasis::of(const Input& input, ActivityModel activity) {
     const ProcessedInput processed = processInput(input, SharedReactionData::model());
+    if (activity == ActivityModel::Pitzer) return pitzerBasis(processed);
     // The index picks the reactions, log K values, charges and coefficients of the basis
     // reaction set, bit for bit; the thread keeps them for the next analysis on the same basis.
     const SpeciationSystem& set = BasisPreparationCache::ofThisThread().system(SharedReactionData::index(), processed.basisNames,
@@ -25,10 +43,20 @@ BasisData LibraryBasis::of(const Input& input) {
     return b;
 }
 
-std::vector<std::string> LibraryBasis::reportedSpecies(const Input& input) {
+std::vector<std::string> LibraryBasis::reportedSpecies(const Input& input, ActivityModel activity) {
     // The same threshold as the library's grouping of its output.
     constexpr double kGroupCoefficient = 1e-8;
     const ProcessedInput processed = processInput(input, SharedReactionData::model());
+    if (activity == ActivityModel::Pitzer) {
+        const BasisData b = pitzerBasis(processed);
+        std::vector<std::string> names;
+        for (std::size_t j = 2; j < b.basisNames.size(); ++j) {
+            for (std::size_t k = 0; k < b.speciesNames.size(); ++k) {
+                if (std::fabs(b.coefficient(k, j)) > kGroupCoefficient) names.push_back(b.speciesNames[k]);
+            }
+        }
+        return names;
+    }
     const SpeciationSystem& set = BasisPreparationCache::ofThisThread().system(SharedReactionData::index(), processed.basisNames,
                                                                                processed.input.temperature);
     std::vector<std::string> names;

@@ -248,7 +248,7 @@ bool Commands::streamBatch(const std::string& input, std::ostream& out, const Op
             return true;
         }
     }
-    const Calculator calculator(options.engineDirectory, element, options.method);
+    const Calculator calculator(options.engineDirectory, element, options.method, options.activity);
     const StreamingBatch batch(names_, calculator, element);
     const std::optional<StreamingBatch::Plan> plan = batch.plan(input, options.threads);
     if (!plan) return false;  // the file as a whole is reported as for any other command

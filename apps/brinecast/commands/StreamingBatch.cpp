@@ -104,7 +104,8 @@ std::optional<StreamingBatch::Plan> StreamingBatch::plan(const std::string& file
             for (const AnalysisCsvReader::Row& row : rows) {
                 if (!row.analysis || !seenBases.insert(basisKey(*row.analysis, balanceWith_)).second) continue;
                 try {
-                    for (std::string& species : LibraryBasis::reportedSpecies(basisInput(*row.analysis, balanceWith_))) {
+                    for (std::string& species : LibraryBasis::reportedSpecies(basisInput(*row.analysis, balanceWith_),
+                                                                                calculator_.solveOptions().activity)) {
                         if (named.insert(species).second) columns.push_back(std::move(species));
                     }
                 } catch (const std::exception&) {

@@ -1,0 +1,152 @@
+#include "interface/PitzerMethod.h"
+
+#include "activity/pitzer/PitzerDatabase.h"
+#include "activity/pitzer/PitzerSpeciation.h"
+#include "database/ElementTable.h"
+#include "database/SpeciesModel.h"
+#include "engine/ProcessedInput.h"
+#include "interface/CalculationDriver.h"
+#include "solver/BalanceClosure.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace korvane {
+namespace Brinecast {
+
+namespace {
+
+/// The element an analysis names for basis species `basis` ("Zn+2" -> "Zn").
+std::string elementOf(const std::string& basis, const ElementTable& table) {
+    for (const ElementTable::Element& element : table.elements()) {
+        if (element.basisSpecies == basis) return element.name;
+    }
+    return basis;
+}
+
+/// The Pitzer components of the analysis, or std::invalid_argument naming what Pitzer lacks.
+std::vector<PitzerComponent> pitzerComponents(const ProcessedInput& processed, const PitzerDatabase& database) {
+    std::vector<PitzerComponent> components;
+    std::string missing;
+    bool iron = false, carbon = false, sulfide = false;
+    const auto note = [&missing](const std::string& what) { missing += (missing.empty() ? "" : ", ") + what; };
+    for (std::size_t j = 2; j < processed.basisNames.size(); ++j) {
+        const std::string& basis = processed.basisNames[j];
+        const double total = processed.totals[j];  // mol/kgw
+        if (!(total > 0.0)) continue;
+        iron = iron || basis == "Fe+2";
+        carbon = carbon || basis == "CO3-2";
+        sulfide = sulfide || basis == "HS-";
+        const std::int32_t master = database.find(basis);
+        if (master < 0 || !database.species()[static_cast<std::size_t>(master)].master || basis == "H+") {
+            note(elementOf(basis, processed.model.elementTable()));
+            continue;
+        }
+        components.push_back({master, total});
+    }
+    if (iron && (carbon || sulfide)) note(std::string("Fe(+2) together with ") + (carbon ? "C" : "S(-2)"));
+    if (!missing.empty()) {
+        throw std::invalid_argument(
+            "ActivityModel::Pitzer has no species or parameters for " + missing +
+            " (it covers Na, K, Mg, Ca, Sr, Ba, Cl, Br, C, S(6), and Fe(+2) with Cl, Br and S(6) only); "
+            "leave them out of the analysis or use ActivityModel::DebyeHuckel.");
+    }
+    return components;
+}
+
+/// The output entries (grouped per component as `run` groups them) and their log10 γ.
+void fillSpecies(const PitzerSolution& solution, const PitzerDatabase& database, Result& result) {
+    std::vector<std::string> basisNames{"H2O", "H+"};
+    for (std::size_t b = 1; b < solution.unknowns; ++b)
+        basisNames.push_back(database.species()[static_cast<std::size_t>(solution.species[b])].name);
+    std::vector<const std::string*> names;
+    std::vector<double> coefficients;  // A(j, k) at k·basisCount + j, water column 0
+    for (std::size_t s = 0; s < solution.species.size(); ++s) {
+        names.push_back(&database.species()[static_cast<std::size_t>(solution.species[s])].name);
+        coefficients.push_back(0.0);
+        for (std::size_t b = 0; b < solution.unknowns; ++b) coefficients.push_back(solution.contents[s * solution.unknowns + b]);
+    }
+    std::vector<std::uint32_t> order;
+    result.output = assembleOutput(basisNames, names, coefficients, solution.molalities.data(), solution.molalities[0],
+                                   &order);
+    result.output.pH = solution.pH;
+    result.logActivityCoefficients.reserve(order.size());
+    for (std::uint32_t k : order) result.logActivityCoefficients.push_back(solution.logGammas[k]);
+}
+
+/// How well the molalities close the balances of the analysis, as the other models measure it.
+void measureClosure(const PitzerSolution& solution, const std::vector<PitzerComponent>& components,
+                    Diagnostics& diagnostics) {
+    double chargeSum = 0.0, chargeScale = 0.0, residual = 0.0, worst = 0.0;
+    const PitzerDatabase& database = PitzerDatabase::embedded();
+    for (std::size_t s = 0; s < solution.species.size(); ++s) {
+        const int z = database.species()[static_cast<std::size_t>(solution.species[s])].charge;
+        chargeSum += z * solution.molalities[s];
+        chargeScale += std::abs(z) * solution.molalities[s];
+    }
+    for (std::size_t b = 1; b < solution.unknowns; ++b) {
+        double sum = 0.0;
+        for (std::size_t s = 0; s < solution.species.size(); ++s)
+            sum += solution.contents[s * solution.unknowns + b] * solution.molalities[s];
+        const double total = components[b - 1].total;
+        residual += std::fabs(sum - total);
+        worst = std::max(worst, std::fabs(sum - total) / total);
+    }
+    diagnostics.residualNorm = residual + std::fabs(chargeSum);
+    diagnostics.massBalanceError = worst;
+    diagnostics.chargeImbalance = chargeScale > 0.0 ? std::fabs(chargeSum) / chargeScale : 0.0;
+}
+
+}  // namespace
+
+PitzerLayout pitzerLayout(const ProcessedInput& processed) {
+    const PitzerDatabase& database = PitzerDatabase::embedded();
+    const std::vector<PitzerComponent> components = pitzerComponents(processed, database);
+    // Without the MacInnes scale: the set then holds no Cl- that is there only for it.
+    const PitzerSolution solution =
+        PitzerSpeciation(database, components, processed.input.temperature, processed.input.pressure, false).layout();
+    PitzerLayout layout;
+    layout.basisNames = {"H2O", "H+"};
+    layout.totals = {0.0, 0.0};
+    for (const PitzerComponent& component : components) {
+        layout.basisNames.push_back(database.species()[static_cast<std::size_t>(component.master)].name);
+        layout.totals.push_back(component.total);
+    }
+    for (std::size_t s = 0; s < solution.species.size(); ++s) {
+        const PitzerSpecies& species = database.species()[static_cast<std::size_t>(solution.species[s])];
+        layout.speciesNames.push_back(species.name);
+        layout.charges.push_back(species.charge);
+        layout.logK.push_back(solution.logK[s]);
+        layout.coefficients.push_back(species.waterCount);
+        for (std::size_t b = 0; b < solution.unknowns; ++b)
+            layout.coefficients.push_back(solution.contents[s * solution.unknowns + b]);
+    }
+    return layout;
+}
+
+Result pitzerResult(const ProcessedInput& processed, const SolveOptions& options) {
+    const PitzerDatabase& database = PitzerDatabase::embedded();
+    const std::vector<PitzerComponent> components = pitzerComponents(processed, database);
+    PitzerSpeciation speciation(database, components, processed.input.temperature, processed.input.pressure,
+                                options.macInnes);
+    const PitzerSolution solution = speciation.solve(options.tolerance, options.iterationLimit);
+    Result result;
+    result.activity = ActivityModel::Pitzer;
+    fillSpecies(solution, database, result);
+    result.ionicStrength = solution.ionicStrength;
+    result.logWaterActivity = solution.logWaterActivity;
+    result.minerals = solution.minerals;
+    Diagnostics& diagnostics = result.diagnostics;
+    diagnostics.method = Method::Robust;
+    diagnostics.iterations = solution.iterations;
+    diagnostics.converged = solution.converged;
+    measureClosure(solution, components, diagnostics);
+    return result;
+}
+
+}  // namespace Brinecast
+}  // namespace korvane
