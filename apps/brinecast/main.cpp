@@ -1,6 +1,8 @@
 // brinecast: the command line over the Brinecast library. Option parsing lives here; the
 // commands themselves are in Commands.
 #include "brinecast/commands/Commands.h"
+#include "brinecast/commands/ScaleCommands.h"
+#include "brinecast/readers/InputError.h"
 #include "brinecast/calculation/EngineLocator.h"
 #include "brinecast/reports/ResultText.h"
 #include "brinecast/readers/Utf8Text.h"
@@ -148,6 +150,37 @@ int main(int argc, char** argv) {
     batch->add_option("--threads", options.threads, "Worker threads (default: one per core)")
         ->check(CLI::Range(1u, 1024u));
 
+    CLI::App* scale = app.add_subcommand(
+        "scale", "Report each analysis' scale minerals: saturation index, log K, log IAP and the "
+                 "amount that must deposit to reach saturation (mol/kgw and mg/L)");
+    scale->add_option("FILE", files, "Analysis files (.json, or .csv with one per row)")->required();
+    format(scale, options.format, {"table", "json", "csv", "html"});
+    cli::ScaleCommands::MixRequest mixRequest;
+    CLI::App* mix = app.add_subcommand(
+        "mix", "Saturation index of every mineral along a mix of two waters, from all of the first "
+               "to all of the second");
+    mix->add_option("A", mixRequest.first, "Analysis file of the first water")->required();
+    mix->add_option("B", mixRequest.second, "Analysis file of the second water")->required();
+    mix->add_option("--steps", mixRequest.steps, "Mixing points, both ends included")->capture_default_str();
+    mix->add_option("--by", mixRequest.by, "What the fractions measure: volume or mass of solution")
+        ->check(CLI::IsMember({"volume", "mass"}))
+        ->capture_default_str();
+    mix->add_option("--temperature", mixRequest.temperature,
+                    "Temperature of the mix with its unit (\"60 \xC2\xB0" "C\"); default: the mean by mass");
+    mix->add_option("--pressure", mixRequest.pressure,
+                    "Pressure of the mix with its unit (\"200 bar\"); default: the first water's");
+    format(mix, options.format, {"table", "json", "csv", "html"});
+    cli::ScaleCommands::ProfileRequest profileRequest;
+    CLI::App* profile = app.add_subcommand(
+        "profile", "Saturation index of every mineral along a temperature-pressure path, e.g. "
+                   "from the reservoir to the separator");
+    profile->add_option("FILE", profileRequest.file, "Analysis file with one water")->required();
+    profile->add_option("--from", profileRequest.from, "Start: \"TEMPERATURE,PRESSURE\" with units, "
+                                                       "e.g. \"120 \xC2\xB0" "C,300 bar\" or 120C,300bar")
+        ->required();
+    profile->add_option("--to", profileRequest.to, "End, as --from")->required();
+    profile->add_option("--steps", profileRequest.steps, "Points, both ends included")->capture_default_str();
+    format(profile, options.format, {"table", "json", "csv", "html"});
     CLI::App* elements = app.add_subcommand(
         "elements", "List the element, lab ion and gas names the library knows, with molar masses");
 
@@ -174,12 +207,19 @@ int main(int argc, char** argv) {
     options.progress = isatty(fileno(stderr)) != 0;
 
     cli::Commands commands(std::cout, std::cerr);
+    cli::ScaleCommands scaleCommands(std::cout, std::cerr);
     try {
+        if (*scale) return scaleCommands.scale(files, options);
+        if (*mix) return scaleCommands.mix(mixRequest, options);
+        if (*profile) return scaleCommands.profile(profileRequest, options);
         if (*speciate) return commands.speciate(files, options);
         if (*ph) return commands.ph(files, options);
         if (*balance) return commands.balance(files.front(), ion, options);
         if (*batch) return commands.batch(files.front(), output, options);
         if (*elements) return commands.elements();
+    } catch (const cli::InputError& e) {
+        std::cerr << "brinecast: " << cli::Utf8Text::oneLine(e.what()) << '\n';
+        return cli::Commands::kBadInput;
     } catch (const std::invalid_argument& e) {
         // The library refuses input outside its data's range this way.
         std::cerr << "brinecast: " << cli::Utf8Text::oneLine(e.what()) << '\n';

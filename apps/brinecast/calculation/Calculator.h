@@ -35,6 +35,14 @@ public:
     /// The library's input for an analysis.
     Input input(const Analysis& analysis, double densityGcm3) const;
 
+    /// The library's input for an analysis as `calculate` hands it over (balancing ion added,
+    /// density given or from the engine); nothing, with `result` marked invalid or failed, when
+    /// the analysis cannot be prepared.
+    std::optional<Input> prepared(AnalysisResult& result) const;
+
+    const Speciator& speciator() const { return speciator_; }
+    const SolveOptions& solveOptions() const { return solveOptions_; }
+
     /// What a user can do about a message the library threw.
     static std::string hintFor(const std::string& message);
 
