@@ -37,10 +37,13 @@ bc::SolveOptions debyeHuckel() {
     return options;
 }
 
-/// Both waters converted with the engine's density once per sweep, then 101 mixes.
+/// The waters as read (the per-litre one converted with the engine's density once per sweep), or,
+/// with range(1) = 1, converted to mol/kgw beforehand; then range(0) mixes.
 void mixingSweep(benchmark::State& state) {
-    const bc::Input formation = example("north-sea-formation-water.json");
-    const bc::Input seawater = example("standard-seawater.json");
+    const bool converted = state.range(1) == 1;
+    bc::Input formation = example("north-sea-formation-water.json");
+    bc::Input seawater = example("standard-seawater.json");
+    if (converted) formation = speciator().molal(formation), seawater = speciator().molal(seawater);
     const auto points = static_cast<std::size_t>(state.range(0));
     bool converged = true;
     for (auto _ : state) {
@@ -69,5 +72,5 @@ void precipitationPotential(benchmark::State& state) {
 
 }  // namespace
 
-BENCHMARK(mixingSweep)->Arg(101)->Unit(benchmark::kMillisecond);
+BENCHMARK(mixingSweep)->ArgNames({"points", "converted"})->Args({101, 0})->Args({101, 1})->Unit(benchmark::kMillisecond);
 BENCHMARK(precipitationPotential)->Unit(benchmark::kMillisecond);
