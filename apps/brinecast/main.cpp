@@ -155,6 +155,12 @@ int main(int argc, char** argv) {
                  "amount that must deposit to reach saturation (mol/kgw and mg/L)");
     scale->add_option("FILE", files, "Analysis files (.json, or .csv with one per row)")->required();
     format(scale, options.format, {"table", "json", "csv", "html"});
+    const auto balancing = [&balanceWith](CLI::App* command) {
+        command->add_option("--balance-with", balanceWith,
+                            "Cancel each analysis' charge imbalance with this element or ion "
+                            "(for example Cl or Na+) before the calculation");
+    };
+    balancing(scale);
     cli::ScaleCommands::MixRequest mixRequest;
     CLI::App* mix = app.add_subcommand(
         "mix", "Saturation index of every mineral along a mix of two waters, from all of the first "
@@ -170,6 +176,7 @@ int main(int argc, char** argv) {
     mix->add_option("--pressure", mixRequest.pressure,
                     "Pressure of the mix with its unit (\"200 bar\"); default: the first water's");
     format(mix, options.format, {"table", "json", "csv", "html"});
+    balancing(mix);
     cli::ScaleCommands::ProfileRequest profileRequest;
     CLI::App* profile = app.add_subcommand(
         "profile", "Saturation index of every mineral along a temperature-pressure path, e.g. "
@@ -181,6 +188,7 @@ int main(int argc, char** argv) {
     profile->add_option("--to", profileRequest.to, "End, as --from")->required();
     profile->add_option("--steps", profileRequest.steps, "Points, both ends included")->capture_default_str();
     format(profile, options.format, {"table", "json", "csv", "html"});
+    balancing(profile);
     CLI::App* elements = app.add_subcommand(
         "elements", "List the element, lab ion and gas names the library knows, with molar masses");
 

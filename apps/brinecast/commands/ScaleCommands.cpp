@@ -45,6 +45,15 @@ bool ScaleCommands::stepsAccepted(long long steps) const {
     return false;
 }
 
+std::optional<Calculator> ScaleCommands::calculatorFor(const Commands::Options& options) const {
+    std::optional<std::string> element;
+    if (options.balanceWith) {
+        element = Commands(out_, err_).balancingElement(*options.balanceWith);
+        if (!element) return std::nullopt;
+    }
+    return Calculator(options.engineDirectory, element, options.method, options.activity);
+}
+
 ScaleAnalysis ScaleCommands::analyse(AnalysisResult& r, const Calculator& calculator, int& status) const {
     ScaleAnalysis a;
     a.name = r.analysis.name;
@@ -81,7 +90,9 @@ ScaleAnalysis ScaleCommands::analyse(AnalysisResult& r, const Calculator& calcul
 }
 
 int ScaleCommands::scale(const std::vector<std::string>& files, const Commands::Options& options) {
-    const Calculator calculator(options.engineDirectory, std::nullopt, options.method, options.activity);
+    const std::optional<Calculator> made = calculatorFor(options);
+    if (!made) return Commands::kBadInput;
+    const Calculator& calculator = *made;
     std::vector<AnalysisResult> loaded = Commands(out_, err_).load(files);
     std::vector<ScaleAnalysis> analyses;
     int status = Commands::kOk;
@@ -130,7 +141,9 @@ int ScaleCommands::mix(const MixRequest& request, const Commands::Options& optio
     mixing.basis = request.by == "mass" ? MixingBasis::Mass : MixingBasis::Volume;
     if (!request.temperature.empty()) mixing.temperature = ConditionText::temperature(request.temperature, "--temperature");
     if (!request.pressure.empty()) mixing.pressure = ConditionText::pressure(request.pressure, "--pressure");
-    const Calculator calculator(options.engineDirectory, std::nullopt, options.method, options.activity);
+    const std::optional<Calculator> made = calculatorFor(options);
+    if (!made) return Commands::kBadInput;
+    const Calculator& calculator = *made;
     int status = Commands::kOk;
     std::string firstName, secondName;
     const std::optional<Input> first = single(request.first, calculator, firstName, status);
@@ -160,7 +173,9 @@ int ScaleCommands::profile(const ProfileRequest& request, const Commands::Option
     if (!stepsAccepted(request.steps)) return Commands::kBadInput;
     const ConditionText::Conditions from = ConditionText::both(request.from, "--from");
     const ConditionText::Conditions to = ConditionText::both(request.to, "--to");
-    const Calculator calculator(options.engineDirectory, std::nullopt, options.method, options.activity);
+    const std::optional<Calculator> made = calculatorFor(options);
+    if (!made) return Commands::kBadInput;
+    const Calculator& calculator = *made;
     int status = Commands::kOk;
     std::string name;
     const std::optional<Input> in = single(request.file, calculator, name, status);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "brinecast/calculation/Calculator.h"
 #include "brinecast/calculation/ScaleAnalysis.h"
 #include "brinecast/calculation/ScaleSweep.h"
 #include "brinecast/commands/Commands.h"
@@ -11,7 +12,6 @@
 
 namespace korvane::Brinecast::cli {
 
-class Calculator;
 
 /// The scale commands: saturation and precipitation potential of analyses, saturation along a
 /// mix of two waters and along a temperature-pressure path. Exit statuses as `Commands`.
@@ -46,6 +46,9 @@ private:
     /// The sweep written in `format`; 1 when a point did not converge, else 0.
     int write(const ScaleSweep& sweep, const std::string& format) const;
     bool stepsAccepted(long long steps) const;
+    /// The calculator of the options, with the balancing element they name; nothing, with the
+    /// message written, when --balance-with names no element.
+    std::optional<Calculator> calculatorFor(const Commands::Options& options) const;
 
     std::ostream& out_;
     std::ostream& err_;

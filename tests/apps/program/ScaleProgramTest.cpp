@@ -49,7 +49,7 @@ TEST(ScaleProgram, ScaleReportsEveryMineralWithItsPotentialInEachFormat) {
     EXPECT_EQ(t.header().size(), 13u);
     EXPECT_EQ(t.header()[11], "precipitation_mg_per_l");
 
-    const ProgramRun table = brinecast("scale " + kFormation, scratch);
+    const ProgramRun table = brinecast("scale --balance-with Cl " + kFormation, scratch);
     EXPECT_EQ(table.status, 0);
     EXPECT_TRUE(has(table.out, "Deposit (mg/L)")) << table.out;
     EXPECT_TRUE(has(table.out, "Calcite")) << table.out;
@@ -109,6 +109,7 @@ TEST(ScaleProgram, RefusesArgumentsItCannotUse) {
         {"mix " + kFormation + " " + kSeawater + " --pressure \"3 furlongs\"", "3 furlongs"},
         {"mix " + kFormation + " " + kSeawater + " --by weight", "weight"},
         {"scale /no/such/water.json", "/no/such/water.json"},
+        {"scale " + kFormation + " --balance-with Xx", "\"Xx\""},
     };
     ScratchDirectory scratch;
     for (const auto& c : cases) {
