@@ -57,7 +57,7 @@ struct ScalingBrine {
 
 /// Oilfield-like brines each oversaturated in a different kind of scale: sulfates (one of them
 /// hydrated), carbonates at a pH set by the charge balance, and a sulfide whose deposition
-/// releases H+.
+/// releases H+; one brine carries its carbon as dissolved CO2 only.
 std::vector<ScalingBrine> scalingBrines() {
     return {
         {"barite and celestite",
@@ -67,6 +67,8 @@ std::vector<ScalingBrine> scalingBrines() {
         {"calcite and siderite at 80 degC",
          molal({{"Na", 0.5}, {"Cl", 0.5}, {"Ca", 0.02}, {"Fe(+2)", 1e-3}, {"C", 0.02}}, 353.15),
          {"Calcite", "Siderite"}},
+        {"calcite whose carbon is a dissolved gas alone",
+         molal({{"Na", 0.1}, {"Cl", 0.06}, {"Ca", 0.02}}, 298.15, {{"CO2", 0.05}}), {"Calcite"}},
         {"mackinawite from a sour water",
          molal({{"Na", 0.2}, {"Cl", 0.2}, {"Fe(+2)", 2e-3}, {"S(-2)", 3e-3}}, 323.15), {"Mackinawite"}},
     };
