@@ -44,6 +44,8 @@ void saturation(Writer& w, const MineralSaturation& m) {
 void analysesJson(std::ostream& out, const std::vector<ScaleAnalysis>& analyses) {
     rapidjson::StringBuffer buffer;
     Writer w(buffer);
+    w.StartObject();
+    w.Key("analyses");
     w.StartArray();
     for (const ScaleAnalysis& a : analyses) {
         w.StartObject();
@@ -71,6 +73,7 @@ void analysesJson(std::ostream& out, const std::vector<ScaleAnalysis>& analyses)
         w.EndObject();
     }
     w.EndArray();
+    w.EndObject();
     out << buffer.GetString() << '\n';
 }
 

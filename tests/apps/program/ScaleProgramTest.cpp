@@ -34,14 +34,14 @@ TEST(ScaleProgram, ScaleReportsEveryMineralWithItsPotentialInEachFormat) {
     const ProgramRun json = brinecast("scale --format json " + kFormation, scratch);
     ASSERT_EQ(json.status, 0) << json.err;
     const rapidjson::Document d = parsed(json.out);
-    const rapidjson::Value& minerals = d[0]["minerals"];
+    const rapidjson::Value& minerals = d["analyses"][0]["minerals"];
     ASSERT_GE(minerals.Size(), 4u);  // calcite, aragonite, strontianite, witherite, halite
     for (const auto& m : minerals.GetArray()) {
         const double si = m["saturationIndex"].GetDouble();
         EXPECT_NEAR(si, m["logIAP"].GetDouble() - m["logK"].GetDouble(), 1e-12);
         EXPECT_EQ(m["precipitationMolPerKgw"].GetDouble() > 0.0, si > 0.0) << m["name"].GetString();
     }
-    EXPECT_STREQ(d[0]["densitySource"].GetString(), "engine");
+    EXPECT_STREQ(d["analyses"][0]["densitySource"].GetString(), "engine");
 
     const ProgramRun csv = brinecast("scale --format csv " + kFormation + " " + kSeawater, scratch);
     ASSERT_EQ(csv.status, 0) << csv.err;
