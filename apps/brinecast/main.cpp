@@ -1,6 +1,8 @@
 // brinecast: the command line over the Brinecast library. Option parsing lives here; the
 // commands themselves are in Commands.
 #include "brinecast/commands/Commands.h"
+#include "brinecast/commands/ScaleCommands.h"
+#include "brinecast/readers/InputError.h"
 #include "brinecast/calculation/EngineLocator.h"
 #include "brinecast/reports/ResultText.h"
 #include "brinecast/readers/Utf8Text.h"
@@ -69,6 +71,59 @@ std::string usageMessage(const CLI::App& app, const CLI::ParseError& error, int 
                "' is not a solver; use auto, robust or specified";
     }
     return what + "; brinecast " + word + " --help lists its options";
+}
+
+/// The scale commands and what they read, filled in by CLI11 as it parses.
+struct ScaleCommandLine {
+    CLI::App* scale = nullptr;
+    CLI::App* mix = nullptr;
+    CLI::App* profile = nullptr;
+    cli::ScaleCommands::MixRequest mixRequest;
+    cli::ScaleCommands::ProfileRequest profileRequest;
+};
+
+void addScaleCommands(CLI::App& app, ScaleCommandLine& line, std::vector<std::string>& files, std::string& format,
+                      std::string& balanceWith) {
+    const auto common = [&](CLI::App* command) {
+        command->add_option("--format", format, "Output format")
+            ->check(CLI::IsMember({"table", "json", "csv", "html"}))
+            ->capture_default_str();
+        command->add_option("--balance-with", balanceWith,
+                            "Cancel each analysis' charge imbalance with this element or ion "
+                            "(for example Cl or Na+) before the calculation");
+    };
+    line.scale = app.add_subcommand(
+        "scale", "Report each analysis' scale minerals: saturation index, log K, log IAP and the "
+                 "amount that must deposit to reach saturation (mol/kgw and mg/L)");
+    line.scale->add_option("FILE", files, "Analysis files (.json, or .csv with one per row)")->required();
+    common(line.scale);
+
+    cli::ScaleCommands::MixRequest& mix = line.mixRequest;
+    line.mix = app.add_subcommand("mix", "Saturation index of every mineral along a mix of two waters, from all "
+                                         "of the first to all of the second");
+    line.mix->add_option("A", mix.first, "Analysis file of the first water")->required();
+    line.mix->add_option("B", mix.second, "Analysis file of the second water")->required();
+    line.mix->add_option("--steps", mix.steps, "Mixing points, both ends included")->capture_default_str();
+    line.mix->add_option("--by", mix.by, "What the fractions measure: volume or mass of solution")
+        ->check(CLI::IsMember({"volume", "mass"}))
+        ->capture_default_str();
+    line.mix->add_option("--temperature", mix.temperature,
+                         "Temperature of the mix with its unit (\"60 \xC2\xB0" "C\"); default: the mean by mass");
+    line.mix->add_option("--pressure", mix.pressure,
+                         "Pressure of the mix with its unit (\"200 bar\"); default: the first water's");
+    common(line.mix);
+
+    cli::ScaleCommands::ProfileRequest& profile = line.profileRequest;
+    line.profile = app.add_subcommand("profile", "Saturation index of every mineral along a temperature-pressure "
+                                                 "path, e.g. from the reservoir to the separator");
+    line.profile->add_option("FILE", profile.file, "Analysis file with one water")->required();
+    line.profile
+        ->add_option("--from", profile.from, "Start: \"TEMPERATURE,PRESSURE\" with units, e.g. \"120 \xC2\xB0" "C,300 "
+                                             "bar\" or 120C,300bar")
+        ->required();
+    line.profile->add_option("--to", profile.to, "End, as --from")->required();
+    line.profile->add_option("--steps", profile.steps, "Points, both ends included")->capture_default_str();
+    common(line.profile);
 }
 
 }  // namespace
@@ -151,6 +206,8 @@ int main(int argc, char** argv) {
     batch->add_option("--threads", options.threads, "Worker threads (default: one per core)")
         ->check(CLI::Range(1u, 1024u));
 
+    ScaleCommandLine scaleLine;
+    addScaleCommands(app, scaleLine, files, options.format, balanceWith);
     CLI::App* elements = app.add_subcommand(
         "elements", "List the element, lab ion and gas names the library knows, with molar masses");
 
@@ -177,12 +234,19 @@ int main(int argc, char** argv) {
     options.progress = isatty(fileno(stderr)) != 0;
 
     cli::Commands commands(std::cout, std::cerr);
+    cli::ScaleCommands scaleCommands(std::cout, std::cerr);
     try {
+        if (*scaleLine.scale) return scaleCommands.scale(files, options);
+        if (*scaleLine.mix) return scaleCommands.mix(scaleLine.mixRequest, options);
+        if (*scaleLine.profile) return scaleCommands.profile(scaleLine.profileRequest, options);
         if (*speciate) return commands.speciate(files, options);
         if (*ph) return commands.ph(files, options);
         if (*balance) return commands.balance(files.front(), ion, options);
         if (*batch) return commands.batch(files.front(), output, options);
         if (*elements) return commands.elements();
+    } catch (const cli::InputError& e) {
+        std::cerr << "brinecast: " << cli::Utf8Text::oneLine(e.what()) << '\n';
+        return cli::Commands::kBadInput;
     } catch (const std::invalid_argument& e) {
         // The library refuses input outside its data's range this way.
         std::cerr << "brinecast: " << cli::Utf8Text::oneLine(e.what()) << '\n';

@@ -7,7 +7,11 @@
 #include <korvane/Brinecast.h>
 #include <korvane/Export.h>
 #include <korvane/MineralSaturation.h>
+#include <korvane/MixingOptions.h>
+#include <korvane/PrecipitationPotential.h>
+#include <korvane/ProfilePath.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <exception>
 #include <memory>
@@ -132,6 +136,34 @@ public:
     /// loads it before any thread starts.
     std::vector<BatchItem> speciateBatch(const std::vector<Input>& inputs, const SolveOptions& options = {},
                                          unsigned threads = 0) const;
+
+    /// `analysis` with its elements in mol/kgw, converted once at its own conditions, with its
+    /// temperature (K), pressure (Pa) and density (g/cm3, given or computed by the engine for
+    /// per-litre units, else 1.0) settled. Speciating it gives the analysis' own result; the
+    /// mixing and profile calculations start from it, so a per-litre analysis asks the engine once.
+    Input molal(const Input& analysis) const;
+
+    /// For every mineral of the analysis' result (same order), the amount that must deposit for
+    /// it alone to reach saturation: mol per kg of the analysis' water and mg per litre of it
+    /// (through the density of `molal`); 0 for a mineral at or below saturation.
+    std::vector<PrecipitationPotential> precipitationPotential(const Input& analysis,
+                                                               const SolveOptions& options = {}) const;
+
+    /// The mix of two analyses holding `fraction` (0 to 1) of the second, in mol/kgw, at the
+    /// conditions `mixing` gives: a mol/kgw analysis whose density is settled is used as it is,
+    /// any other is converted first (`molal`). Fraction 0 gives the first water's totals and
+    /// conditions exactly, 1 the second's totals and temperature.
+    Input mix(const Input& first, const Input& second, double fraction, const MixingOptions& mixing = {}) const;
+
+    /// Results of `steps` (at least 2) mixes at fractions 0, 1/(steps-1), ..., 1 of the second
+    /// water, each water converted to mol/kgw once. A point that throws ends the sweep.
+    std::vector<Result> mixingSweep(const Input& first, const Input& second, std::size_t steps,
+                                    const MixingOptions& mixing = {}, const SolveOptions& options = {}) const;
+
+    /// Results at the `path.steps` points of a path in temperature and pressure, the totals per
+    /// kg of water fixed at the analysis' own conditions (a per-litre analysis is converted once,
+    /// at the temperature, pressure and density it was measured at).
+    std::vector<Result> profile(const Input& analysis, const ProfilePath& path, const SolveOptions& options = {}) const;
 
 private:
     class Data;

@@ -1,22 +1,13 @@
 #include <korvane/Speciator.h>
 
-#include "database/SpeciesModel.h"
 #include "interface/BatchSpeciation.h"
 #include "interface/SpeciationMethods.h"
-#include "solver/ReactionIndex.h"
+#include "interface/SpeciatorData.h"
 
 #include <utility>
 
 namespace korvane {
 namespace Brinecast {
-
-/// The parsed reaction data and its index, shared read-only by every calculation.
-class Speciator::Data {
-public:
-    Data() : index(model.reactions) {}
-    const SpeciesModel model;
-    const ReactionIndex index;
-};
 
 Speciator::Speciator() : data_(std::make_shared<const Data>()) {}
 Speciator::Speciator(const Speciator& other) = default;

@@ -25,6 +25,8 @@ public:
     static const MineralSet& embedded();
 
     const std::vector<Mineral>& minerals() const { return minerals_; }
+    /// Name of the aqueous species a Mineral::Term refers to by a non-negative index ("Ba+2").
+    const std::string& speciesName(std::int32_t index) const { return species_.at(static_cast<std::size_t>(index)).name; }
 
     /// Every mineral whose aqueous species all have a positive molality in `result`, in data order,
     /// at `temperatureK` (K) and `pressurePa` (Pa). log K is corrected for pressure where the

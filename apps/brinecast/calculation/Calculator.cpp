@@ -144,14 +144,19 @@ void Calculator::prepare(AnalysisResult& r) const {
     }
 }
 
-void Calculator::calculate(AnalysisResult& r) const {
-    if (r.status == Status::Invalid) return;
+std::optional<Input> Calculator::prepared(AnalysisResult& r) const {
+    if (r.status == Status::Invalid) return std::nullopt;
     prepare(r);
-    if (r.status != Status::Ok) return;
+    if (r.status != Status::Ok) return std::nullopt;
     // A density the engine computed is handed over as given: the calculation does not ask the
     // engine twice, and the density reported is the one used.
-    const Input in = input(r.analysis, r.densitySource == DensitySource::NotNeeded ? 0.0
-                                                                                  : r.densityGcm3);
+    return input(r.analysis, r.densitySource == DensitySource::NotNeeded ? 0.0 : r.densityGcm3);
+}
+
+void Calculator::calculate(AnalysisResult& r) const {
+    const std::optional<Input> prepared = this->prepared(r);
+    if (!prepared) return;
+    const Input& in = *prepared;
     try {
         const Result result = speciator_.speciate(in, solveOptions_);
         r.pH = result.output.pH;

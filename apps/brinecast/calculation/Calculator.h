@@ -35,6 +35,13 @@ public:
     /// The library's input for an analysis.
     Input input(const Analysis& analysis, double densityGcm3) const;
 
+    /// The library's input for an analysis as `calculate` hands it over (balancing ion added,
+    /// density given or from the engine); nothing, with `result` marked invalid or failed, when
+    /// the analysis cannot be prepared.
+    std::optional<Input> prepared(AnalysisResult& result) const;
+
+    const Speciator& speciator() const { return speciator_; }
+
     /// The solver and activity model every analysis is calculated with.
     const SolveOptions& solveOptions() const { return solveOptions_; }
 

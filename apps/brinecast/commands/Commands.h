@@ -44,10 +44,11 @@ public:
     /// The exit status for a set of results.
     static int status(const std::vector<AnalysisResult>& results);
 
-private:
     /// The library element an ion option names; writes the message and returns nothing when
     /// it names none.
     std::optional<std::string> balancingElement(const std::string& ion) const;
+
+private:
     /// `batch` on a CSV file, chunk by chunk; false when the file is not one to stream (not CSV,
     /// or unreadable as a whole), which the whole-file path then reports.
     bool streamBatch(const std::string& input, std::ostream& out, const Options& options,
