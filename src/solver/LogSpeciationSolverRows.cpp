@@ -5,6 +5,7 @@
 
 #include "tools/CholeskySolver.h"
 
+#include <algorithm>
 #include <cmath>
 #include <stdexcept>
 #include <string>
@@ -83,7 +84,8 @@ void LogSpeciationSolver::reducedNewtonStep() {
         return;
     }
     bool nearlyBalanced = true;
-    for (std::size_t i = 1; i < n; ++i) nearlyBalanced = nearlyBalanced && std::fabs(gradient_[i]) <= kNearlyBalanced * target_[i];
+    for (std::size_t i = 1; i < n; ++i)
+        nearlyBalanced = nearlyBalanced && std::fabs(gradient_[i]) <= kNearlyBalanced * target_[i];
     if (!rows_.empty() && nearlyBalanced) updateFreedTotals(reduced_);
     for (std::size_t i = 1; i < n; ++i) step_[i] = -gradient_[i] * scale_[i];
     tools::CholeskySolver::solve(reduced_, step_.data() + 1);
@@ -125,9 +127,14 @@ void LogSpeciationSolver::updateFreedTotals(const tools::ValueMatrix& factors) {
         const std::uint32_t i = rows_[q].unknown;
         const double total = target_[i];
         double next = total + change[q];
-        if (!std::isfinite(next)) continue;
+        if (!std::isfinite(next) || std::fabs(change[q]) <= tolerance_ * resolution(rows_[q])) continue;
         if (!(next > total / kLargestTotalFactor)) {
-            if (next <= 0.0 && total < kVanishingTotal * rows_[q].startTotal) unreachable_ = basisOfUnknown_[i];
+            if (next <= 0.0 && total < kVanishingTotal * rows_[q].startTotal) {
+                // Held where it is: the balances settle at a vanishing total, and the row is
+                // judged there (a carbon-free water meets its own alkalinity).
+                unreachable_ = basisOfUnknown_[i];
+                continue;
+            }
             next = total / kLargestTotalFactor;
         } else if (next > total * kLargestTotalFactor) {
             next = total * kLargestTotalFactor;
@@ -136,6 +143,19 @@ void LogSpeciationSolver::updateFreedTotals(const tools::ValueMatrix& factors) {
         g_ -= (next - total) * u_[i];
         target_[i] = next;
     }
+}
+
+bool LogSpeciationSolver::isFreed(std::size_t unknown) const {
+    for (const Row& row : rows_) {
+        if (row.unknown == unknown) return true;
+    }
+    return false;
+}
+
+double LogSpeciationSolver::resolution(const Row& row) const {
+    double magnitude = 0.0;
+    for (std::size_t k = 0; k < molalities_.size(); ++k) magnitude += std::fabs(row.speciesWeights[k]) * molalities_[k];
+    return std::max(target_[row.unknown], magnitude / std::fabs(row.unknownWeights[row.unknown]));
 }
 
 bool LogSpeciationSolver::rowsClose(double tolerance) const {
@@ -147,6 +167,7 @@ bool LogSpeciationSolver::rowsClose(double tolerance) const {
             magnitude += std::fabs(row.speciesWeights[k]) * molalities_[k];
         }
         if (!std::isfinite(sum) || !(std::fabs(sum - row.value) <= tolerance * magnitude)) return false;
+        if (!(std::fabs(gradient_[row.unknown]) <= tolerance * resolution(row))) return false;
     }
     return true;
 }

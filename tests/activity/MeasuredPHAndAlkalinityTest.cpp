@@ -119,7 +119,8 @@ TEST(MeasuredPHAndAlkalinity, ReferenceBrinesFollowFromTheirPHAndAlkalinity) {
         const double carbon = carbonOf(brine.input);
         if (carbon > 0.0) {
             double alkalinity = 0.0;  // eq/kgw
-            for (const auto& species : brine.molalities) alkalinity += speciesAlkalinities().at(species.first) * species.second;
+            for (const auto& species : brine.molalities)
+                alkalinity += speciesAlkalinities().at(species.first) * species.second;
             measured.alkalinity = alkalinity;
         }
         const bc::Result result = speciator().speciate(brine.input, measured, options);
