@@ -63,8 +63,9 @@ public:
     void impose(const ImposedRow& row);
     /// Writes the totals (mol/kgw) the imposed rows settled into `totals`, one per basis name.
     void derivedTotals(ValueArray& totals) const;
-    /// The basis index of a freed total that would have had to fall to 0 or below to meet its
-    /// row, or SIZE_MAX. Unless the solve converged, no amount of that component meets the row.
+    /// The basis index of a freed total that would have had to fall to 0 or below, or rise past
+    /// 30 mol/kgw, to meet its row, or SIZE_MAX. Unless the solve converged, no amount of that
+    /// component meets the row.
     std::size_t unreachableBasis() const { return unreachable_; }
 
     /// Free molality (mol/kgw) of basis names 1..N−1 at the last point: the unknowns in the

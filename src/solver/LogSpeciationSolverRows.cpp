@@ -23,6 +23,9 @@ constexpr double kLargestTotalFactor = 100.0;
 /// A freed total that a row keeps pushing below this fraction of its start has no positive value
 /// that meets the row.
 constexpr double kVanishingTotal = 1e-15;
+/// Largest freed total (mol/kgw): beyond the dissolved matter any analysis may hold, a row that
+/// asks for more cannot be met.
+constexpr double kLargestFreedTotal = 30.0;
 /// The freed totals move only once every mass balance is within this fraction of its total: the
 /// bordered step predicts the rows from the proton balance, which is far off while the balances
 /// are, and the steps of G alone close them from any start.
@@ -138,6 +141,13 @@ void LogSpeciationSolver::updateFreedTotals(const tools::ValueMatrix& factors) {
             next = total / kLargestTotalFactor;
         } else if (next > total * kLargestTotalFactor) {
             next = total * kLargestTotalFactor;
+        }
+        if (next > kLargestFreedTotal) {
+            if (total >= kLargestFreedTotal) {
+                unreachable_ = basisOfUnknown_[i];
+                continue;
+            }
+            next = kLargestFreedTotal;
         }
         gradient_[i] -= next - total;
         g_ -= (next - total) * u_[i];
