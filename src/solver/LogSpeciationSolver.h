@@ -107,12 +107,15 @@ private:
     /// The freed totals' Newton update, from the Cholesky factors of the scaled reduced Hessian
     /// and its "H+" column; moves the targets and G accordingly.
     void updateFreedTotals(const tools::ValueMatrix& factors);
+    struct Row;
+    /// Moves the total `row` frees by `change` (mol/kgw), within a factor of 100, 0 and
+    /// 30 mol/kgw, and G and the gradient with it; marks the total out of reach at those bounds.
+    void moveFreedTotal(const Row& row, double change);
     /// Whether every imposed row closes to the tolerance, against the sum of |c_k|·m_k, and the
     /// total it frees is met as finely as the row can set it.
     bool rowsClose(double tolerance) const;
     /// Whether an imposed row sets the total of `unknown`.
     bool isFreed(std::size_t unknown) const;
-    struct Row;
     /// How finely (mol/kgw) a row sets its freed total: the total itself, or the row's own scale
     /// Σ|c_k|·m_k over the total's weight when that is larger. A trace of chloride that closes a
     /// 1 eq/kgw charge balance is known to 1e-10 eq/kgw, not to 1e-10 of itself.

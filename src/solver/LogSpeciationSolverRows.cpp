@@ -126,33 +126,35 @@ void LogSpeciationSolver::updateFreedTotals(const tools::ValueMatrix& factors) {
         change[0] = (rhs[0] * schur[1][1] - schur[0][1] * rhs[1]) / det;
         change[1] = (schur[0][0] * rhs[1] - schur[1][0] * rhs[0]) / det;
     }
-    for (std::size_t q = 0; q < p; ++q) {
-        const std::uint32_t i = rows_[q].unknown;
-        const double total = target_[i];
-        double next = total + change[q];
-        if (!std::isfinite(next) || std::fabs(change[q]) <= tolerance_ * resolution(rows_[q])) continue;
-        if (!(next > total / kLargestTotalFactor)) {
-            if (next <= 0.0 && total < kVanishingTotal * rows_[q].startTotal) {
-                // Held where it is: the balances settle at a vanishing total, and the row is
-                // judged there (a carbon-free water meets its own alkalinity).
-                unreachable_ = basisOfUnknown_[i];
-                continue;
-            }
-            next = total / kLargestTotalFactor;
-        } else if (next > total * kLargestTotalFactor) {
-            next = total * kLargestTotalFactor;
+    for (std::size_t q = 0; q < p; ++q) moveFreedTotal(rows_[q], change[q]);
+}
+
+void LogSpeciationSolver::moveFreedTotal(const Row& row, double change) {
+    const std::uint32_t i = row.unknown;
+    const double total = target_[i];
+    double next = total + change;
+    if (!std::isfinite(next) || std::fabs(change) <= tolerance_ * resolution(row)) return;
+    if (!(next > total / kLargestTotalFactor)) {
+        if (next <= 0.0 && total < kVanishingTotal * row.startTotal) {
+            // Held where it is: the balances settle at a vanishing total, and the row is judged
+            // there (a carbon-free water meets its own alkalinity).
+            unreachable_ = basisOfUnknown_[i];
+            return;
         }
-        if (next > kLargestFreedTotal) {
-            if (total >= kLargestFreedTotal) {
-                unreachable_ = basisOfUnknown_[i];
-                continue;
-            }
-            next = kLargestFreedTotal;
-        }
-        gradient_[i] -= next - total;
-        g_ -= (next - total) * u_[i];
-        target_[i] = next;
+        next = total / kLargestTotalFactor;
+    } else if (next > total * kLargestTotalFactor) {
+        next = total * kLargestTotalFactor;
     }
+    if (next > kLargestFreedTotal) {
+        if (total >= kLargestFreedTotal) {
+            unreachable_ = basisOfUnknown_[i];
+            return;
+        }
+        next = kLargestFreedTotal;
+    }
+    gradient_[i] -= next - total;
+    g_ -= (next - total) * u_[i];
+    target_[i] = next;
 }
 
 bool LogSpeciationSolver::isFreed(std::size_t unknown) const {
