@@ -5,6 +5,8 @@
 
 #include <korvane/ActivityModel.h>
 #include <korvane/Brinecast.h>
+#include <korvane/ConstraintOutcome.h>
+#include <korvane/Constraints.h>
 #include <korvane/Export.h>
 #include <korvane/MineralSaturation.h>
 #include <korvane/MixingOptions.h>
@@ -93,6 +95,10 @@ struct Result {
     /// their log K are those of the Pitzer data (Barite, Celestite, Calcite, Aragonite, Anhydrite,
     /// Gypsum, Halite); the others are not available there and are not listed.
     std::vector<MineralSaturation> minerals;
+    /// Σ alk_k·m_k over every species (eq/kgw), alk_k from its basis species as Constraints
+    /// describes; computed for every result, imposed or not.
+    double alkalinity = 0.0;
+    ConstraintOutcome constraints;  ///< what the constraints imposed and derived
 };
 
 /// One analysis of a batch: its result, or what its calculation threw.
@@ -113,6 +119,11 @@ struct BatchItem {
 /// amounts, which need the density, are checked last. Parses the reaction data on every call, as
 /// `run` does; a Speciator parses it once.
 KORVANE_API Result speciate(Input input, const SolveOptions& options = {});
+/// The same with measured quantities imposed; refuses what Constraints lists, and asks for a
+/// method that can impose them: Method::Specified solves the charge balance only (Auto then runs
+/// Robust directly). With a fixed pH and no closing component, `diagnostics.converged` means the
+/// mass balances and the imposed rows close; the charge imbalance is only reported.
+KORVANE_API Result speciate(Input input, const Constraints& constraints, const SolveOptions& options = {});
 
 /// Speciation of many analyses with one parsed copy of the reaction data. Immutable once built:
 /// `speciate` may be called from any number of threads at once, and copies share the data.
@@ -130,12 +141,18 @@ public:
     /// list picks are kept per thread for the next analyses on the same list (a bounded number of
     /// lists), so a batch of similar analyses picks them once.
     Result speciate(const Input& input, const SolveOptions& options = {}) const;
+    /// As the free `speciate` with constraints.
+    Result speciate(const Input& input, const Constraints& constraints, const SolveOptions& options = {}) const;
 
     /// Every input's result or error, in input order, computed on `threads` threads (0: one per
     /// core). The threads live only inside this call. An analysis that needs the density engine
     /// loads it before any thread starts.
     std::vector<BatchItem> speciateBatch(const std::vector<Input>& inputs, const SolveOptions& options = {},
                                          unsigned threads = 0) const;
+    /// The same with constraints[i] imposed on inputs[i]. Throws std::invalid_argument, before any
+    /// calculation, when the two lists differ in length.
+    std::vector<BatchItem> speciateBatch(const std::vector<Input>& inputs, const std::vector<Constraints>& constraints,
+                                         const SolveOptions& options = {}, unsigned threads = 0) const;
 
     /// `analysis` with its elements in mol/kgw, converted once at its own conditions, with its
     /// temperature (K), pressure (Pa) and density (g/cm3, given or computed by the engine for

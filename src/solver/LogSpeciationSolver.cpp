@@ -179,7 +179,7 @@ void LogSpeciationSolver::balanceComponents() {
                 curvature += first.coefficient * first.coefficient * molalities_[species.species];
         }
         double hydrogenStep = -gradient_[0] / curvature;
-        if (!std::isfinite(hydrogenStep)) hydrogenStep = 0.0;
+        if (!std::isfinite(hydrogenStep) || hydrogenFixed_) hydrogenStep = 0.0;
         hydrogenStep = std::max(-kLargestLogStep, std::min(kLargestLogStep, hydrogenStep));
         trial_[0] = u_[0] + hydrogenStep;
         if (!evaluate(trial_.data())) {
@@ -203,6 +203,10 @@ void LogSpeciationSolver::newtonStep() {
             for (std::uint32_t s = 0; s <= t; ++s) row[first[s].unknown] += am * first[s].coefficient;
         }
     }
+    if (hydrogenFixed_) {
+        reducedNewtonStep();
+        return;
+    }
     // Unit diagonal: the free molalities span many orders of magnitude.
     for (std::size_t i = 0; i < n; ++i) scale_[i] = 1.0 / std::sqrt(hessian_(i, i));
     for (std::size_t i = 0; i < n; ++i) {
@@ -224,6 +228,7 @@ bool LogSpeciationSolver::closes(double tolerance) const {
     // Every comparison is made on finite numbers only: an infinite balance would otherwise meet
     // an infinite total's tolerance, inf <= tol * inf.
     for (std::size_t i = 1; i < u_.size(); ++i) {
+        if (!rows_.empty() && isFreed(i)) continue;  // judged with its row
         if (!std::isfinite(gradient_[i]) || !(std::fabs(gradient_[i]) <= tolerance * target_[i])) return false;
     }
     double charge = 0.0;
@@ -234,7 +239,9 @@ bool LogSpeciationSolver::closes(double tolerance) const {
         equivalents += std::fabs(charges_[species.species]) * m;
     }
     if (!std::isfinite(equivalents) || !std::isfinite(charge) || !std::isfinite(g_)) return false;
-    return std::fabs(charge) <= tolerance * equivalents && largestMagnitude(step_) <= tolerance;
+    // A held "H+" leaves the charge balance to a row, or only to be reported.
+    const bool chargeCloses = hydrogenFixed_ || std::fabs(charge) <= tolerance * equivalents;
+    return chargeCloses && rowsClose(tolerance) && largestMagnitude(step_) <= tolerance;
 }
 
 bool LogSpeciationSolver::lineSearch() {
@@ -306,15 +313,19 @@ void LogSpeciationSolver::setLogConstants(const std::vector<double>& logConstant
 }
 
 LogSolverOutcome LogSpeciationSolver::resolve(double tolerance, std::uint64_t iterationLimit) {
+    unreachable_ = SIZE_MAX;  // new constants may bring a freed total back within reach
     if (!feasible_) return solve(tolerance, iterationLimit);
     if (!evaluate(u_.data())) return {false, 0};
     return iterate(tolerance, iterationLimit);
 }
 
 LogSolverOutcome LogSpeciationSolver::iterate(double tolerance, std::uint64_t iterationLimit) {
+    tolerance_ = tolerance;
     for (std::uint64_t iteration = 0;; ++iteration) {
         newtonStep();
         if (closes(tolerance)) return {true, iteration};
+        // Settled at a vanishing freed total with its row still open: no amount meets the row.
+        if (unreachable_ != SIZE_MAX && largestMagnitude(step_) <= tolerance) return {false, iteration};
         if (iteration >= iterationLimit || !lineSearch()) return {false, iteration};
         scaleDownOvershoots();
     }
