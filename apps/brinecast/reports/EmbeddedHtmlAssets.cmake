@@ -26,7 +26,10 @@ add_custom_command(
   WORKING_DIRECTORY ${BRINECAST_WEB_DIR}
   COMMENT "Installing the report's npm packages from web/package-lock.json"
   VERBATIM)
+# One target owns the install; the library waits for it rather than running its own copy of the
+# rule, so a parallel build never runs two `npm ci` in the same folder.
 add_custom_target(brinecast_npm_packages DEPENDS ${BRINECAST_NPM_OUTPUTS})
+add_dependencies(brinecast_cli brinecast_npm_packages)
 
 include(${PROJECT_SOURCE_DIR}/cmake/EmbedDocuments.cmake)
 embed_documents(TARGET brinecast_cli
