@@ -85,7 +85,8 @@ void plot(std::string& out, const HtmlPlot& p) {
         out += "<p class=\"empty\">No points to plot.</p>\n</figure>\n";
         return;
     }
-    out += "<div class=\"chart\"></div>\n<script type=\"application/json\" class=\"plot-data\">";
+    out += "<div class=\"chart\" role=\"img\" aria-label=\"" + esc(p.title) + "\"></div>\n";
+    out += "<script type=\"application/json\" class=\"plot-data\">";
     out += HtmlText::scriptSafeJson(HtmlPlotJson::write(p));
     out += "</script>\n</figure>\n";
 }

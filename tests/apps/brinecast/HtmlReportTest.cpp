@@ -35,8 +35,8 @@ TEST(HtmlReport, HostileTextShowsAsTextAndThePageStaysValidUtf8) {
     EXPECT_FALSE(Utf8Text::firstInvalidByte(page));
     EXPECT_EQ(count(page, "alert(1)</script>"), 0u);
     EXPECT_EQ(count(page, "&lt;script&gt;alert(1)&lt;/script&gt;&quot;&#39;&amp;\xEF\xBF\xBD"),
-              11u);  // title twice, heading, fact label and value, caption, cell, and per
-                     // plot with points its caption and the y label naming its reference line
+              13u);  // title twice, heading, fact label and value, caption, cell, and per plot
+                     // with points its caption, its chart's label and its reference line's
     // The chart library, the page's script and one block of numbers per plot with points.
     EXPECT_EQ(count(page, "<script"), 4u);
     EXPECT_EQ(count(page, "</script>"), 4u);
