@@ -8,7 +8,13 @@ set -euo pipefail
 
 packages=(cmake g++ make pkg-config rapidjson-dev libgtest-dev libgmock-dev libbenchmark-dev libcli11-dev
           python3-dev pybind11-dev python3-pybind11 python3-numpy python3-pandas python3-pytest
-          python3-dask python3-distributed python3-matplotlib)
+          python3-dask python3-distributed python3-matplotlib chromium)
+# The HTML report's charting library comes from npm, and its browser test runs Debian's Chromium
+# through playwright-core. Node.js and npm from elsewhere (a newer release) serve as well, so
+# Debian's are asked for only when there is no npm at all.
+if ! command -v npm >/dev/null 2>&1 || ! command -v node >/dev/null 2>&1; then
+  packages+=(nodejs npm)
+fi
 # `install-deps.sh fuzz`: also clang and its libFuzzer runtime, which only `make fuzz` needs.
 if [ "${1:-}" = fuzz ]; then
   packages+=(clang-14 libclang-rt-14-dev)
