@@ -5,6 +5,8 @@
 
 #include <korvane/ActivityModel.h>
 #include <korvane/Brinecast.h>
+#include <korvane/ConstraintOutcome.h>
+#include <korvane/Constraints.h>
 #include <korvane/Export.h>
 #include <korvane/MineralSaturation.h>
 
@@ -82,6 +84,10 @@ struct Result {
     /// Saturation of every scale mineral whose components the analysis contains, at its T and P;
     /// a mineral that needs an absent component is not listed.
     std::vector<MineralSaturation> minerals;
+    /// Σ alk_k·m_k over every species (eq/kgw), alk_k from its basis species as Constraints
+    /// describes; computed for every result, imposed or not.
+    double alkalinity = 0.0;
+    ConstraintOutcome constraints;  ///< what the constraints imposed and derived
 };
 
 /// One analysis of a batch: its result, or what its calculation threw.
@@ -102,6 +108,11 @@ struct BatchItem {
 /// amounts, which need the density, are checked last. Parses the reaction data on every call, as
 /// `run` does; a Speciator parses it once.
 KORVANE_API Result speciate(Input input, const SolveOptions& options = {});
+/// The same with measured quantities imposed; refuses what Constraints lists, and asks for a
+/// method that can impose them: Method::Specified solves the charge balance only (Auto then runs
+/// Robust directly). With a fixed pH and no closing component, `diagnostics.converged` means the
+/// mass balances and the imposed rows close; the charge imbalance is only reported.
+KORVANE_API Result speciate(Input input, const Constraints& constraints, const SolveOptions& options = {});
 
 /// Speciation of many analyses with one parsed copy of the reaction data. Immutable once built:
 /// `speciate` may be called from any number of threads at once, and copies share the data.
@@ -119,12 +130,18 @@ public:
     /// list picks are kept per thread for the next analyses on the same list (a bounded number of
     /// lists), so a batch of similar analyses picks them once.
     Result speciate(const Input& input, const SolveOptions& options = {}) const;
+    /// As the free `speciate` with constraints.
+    Result speciate(const Input& input, const Constraints& constraints, const SolveOptions& options = {}) const;
 
     /// Every input's result or error, in input order, computed on `threads` threads (0: one per
     /// core). The threads live only inside this call. An analysis that needs the density engine
     /// loads it before any thread starts.
     std::vector<BatchItem> speciateBatch(const std::vector<Input>& inputs, const SolveOptions& options = {},
                                          unsigned threads = 0) const;
+    /// The same with constraints[i] imposed on inputs[i]. Throws std::invalid_argument, before any
+    /// calculation, when the two lists differ in length.
+    std::vector<BatchItem> speciateBatch(const std::vector<Input>& inputs, const std::vector<Constraints>& constraints,
+                                         const SolveOptions& options = {}, unsigned threads = 0) const;
 
 private:
     class Data;

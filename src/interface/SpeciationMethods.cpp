@@ -4,7 +4,9 @@
 #include "database/SpeciesModel.h"
 #include "engine/ProcessedInput.h"
 #include "interface/AnalysisRangeCheck.h"
+#include "interface/BasisAlkalinity.h"
 #include "interface/CalculationDriver.h"
+#include "interface/ConstraintPlan.h"
 #include "minerals/MineralSet.h"
 #include "solver/ActivitySpeciationSolver.h"
 #include "solver/BalanceClosure.h"
@@ -78,6 +80,8 @@ Result specifiedResult(const ProcessedInput& processed, const SpeciesModel& mode
     const ValueArray molalities = speciation.equationMaker->speciesValues(speciation.solution);
     result.ionicStrength = ionicStrength(reactions.charges(), molalities.data());
     result.logActivityCoefficients.assign(result.output.species.values.size(), 0.0);
+    result.alkalinity = alkalinityOf(basisAlkalinities(speciation.basisNames, model.elementTable()),
+                                     reactions.coefficients(), molalities.data(), reactions.charges().size());
     copyClosure(BalanceClosure::measure(speciation.basisNames.size(), speciation.totals, reactions.coefficients(),
                                         reactions.charges(), molalities.data()),
                 diagnostics);
@@ -87,9 +91,9 @@ Result specifiedResult(const ProcessedInput& processed, const SpeciesModel& mode
 }
 
 /// The same equations solved in the logarithms of the free molalities, with the activities of
-/// `options.activity`.
+/// `options.activity`, and the pH and rows of `plan` in place of balances when there is one.
 Result robustResult(const ProcessedInput& processed, const SpeciesModel& model, const ReactionIndex& index,
-                    const SolveOptions& options) {
+                    const SolveOptions& options, const ConstraintPlan* plan = nullptr) {
     // Analyses on a basis list this thread met before reuse its picked reactions.
     const double temperature = processed.input.temperature;  // K
     const SpeciationSystem& system = BasisPreparationCache::ofThisThread().system(index, processed.basisNames, temperature);
@@ -99,6 +103,10 @@ Result robustResult(const ProcessedInput& processed, const SpeciesModel& model, 
     const double waterMolarMass = model.elementTable().molecularWeight("H2O");  // g/mol
     const double waterLogActivity = std::log10(kGramsPerKilogram / waterMolarMass * (waterMolarMass / kGramsPerKilogram));
     ActivitySpeciationSolver solver(system, processed.totals, *activity, waterLogActivity);
+    if (plan) {
+        solver.fixPH(plan->pH());
+        for (const ImposedRow& row : plan->rows()) solver.impose(row);
+    }
     const ActivityOutcome outcome = solver.solve(options.tolerance, options.iterationLimit);
 
     const ValueArray free = solver.freeMolalities();
@@ -113,12 +121,22 @@ Result robustResult(const ProcessedInput& processed, const SpeciesModel& model, 
     result.logActivityCoefficients.reserve(order.size());
     for (std::uint32_t k : order) result.logActivityCoefficients.push_back(solver.logActivityCoefficients()[k]);
     if (!activity->ideal()) result.output.pH = solver.pH();
+    result.alkalinity = alkalinityOf(basisAlkalinities(processed.basisNames, model.elementTable()),
+                                     system.coefficients, molalities, system.speciesCount());
+    ValueArray totals = processed.totals;
+    if (plan) {
+        plan->refuseUnreachable(solver.unreachableBasis(), result.alkalinity);
+        // The measured value itself, not its round trip through γ(H+) and a logarithm.
+        result.output.pH = plan->pH();
+        solver.derivedTotals(totals);
+        plan->report(totals, result);
+    }
     Diagnostics& diagnostics = result.diagnostics;
     diagnostics.method = Method::Robust;
     diagnostics.converged = outcome.converged;
     diagnostics.iterations = outcome.iterations;
-    const BalanceClosure closure = BalanceClosure::measure(system.basisCount, processed.totals, system.coefficients,
-                                                           system.charges, molalities);
+    const BalanceClosure closure =
+        BalanceClosure::measure(system.basisCount, totals, system.coefficients, system.charges, molalities);
     diagnostics.residualNorm = closure.residualNorm;
     copyClosure(closure, diagnostics);
     return result;
@@ -171,14 +189,26 @@ Result solved(const ProcessedInput& processed, const SpeciesModel& model, const 
 
 Result speciateWith(const Input& input, const SpeciesModel& model, const ReactionIndex& index,
                     const SolveOptions& options) {
+    return speciateWith(input, Constraints{}, model, index, options);
+}
+
+Result speciateWith(const Input& input, const Constraints& constraints, const SpeciesModel& model,
+                    const ReactionIndex& index, const SolveOptions& options) {
     checkOptions(options);
+    ConstraintPlan::refuseInvalid(constraints, options);
     // The conditions and amounts first, so that nothing out of range reaches the density engine;
     // the normalisation's own errors (unknown names, units, repeated basis) follow as `run` throws
     // them; the dissolved amounts need the density and the conversion, so they come last.
     refuseConditionsOutOfRange(input);
-    const ProcessedInput processed = processInput(input, model);
+    ProcessedInput processed = processInput(input, model);
     refuseAmountsOutOfRange(processed, model.elementTable());
-    Result result = solved(processed, model, index, options);
+    Result result;
+    if (ConstraintPlan::imposes(constraints)) {
+        const ConstraintPlan plan(constraints, processed, model.elementTable());
+        result = judged(robustResult(processed, model, index, options, &plan));
+    } else {
+        result = solved(processed, model, index, options);
+    }
     result.minerals =
         MineralSet::embedded().saturation(result, processed.input.temperature, processed.input.pressure);
     return result;

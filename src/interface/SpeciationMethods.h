@@ -13,6 +13,10 @@ class SpeciesModel;
 /// `run` throws them.
 Result speciateWith(const Input& input, const SpeciesModel& model, const ReactionIndex& index,
                     const SolveOptions& options);
+/// The same with `constraints` imposed: the robust solver with the pH held and rows in place of
+/// balances, or exactly the call above when the constraints impose nothing.
+Result speciateWith(const Input& input, const Constraints& constraints, const SpeciesModel& model,
+                    const ReactionIndex& index, const SolveOptions& options);
 
 }  // namespace Brinecast
 }  // namespace korvane

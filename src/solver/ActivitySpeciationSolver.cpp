@@ -114,6 +114,7 @@ void ActivitySpeciationSolver::fold(double ionicStrength, double soluteMolality)
         if (system_.masterSpecies[j] >= 0) basisLogGamma_[j] = logGamma_[static_cast<std::size_t>(system_.masterSpecies[j])];
     }
     basisLogGamma_[kWater] = logWaterActivity_;
+    if (pHFixed_) inner_.fixHydrogen(-fixedPH_ - basisLogGamma_[kHydrogen]);
     for (std::size_t k = 0; k < logConstants_.size(); ++k) {
         const double* a = system_.coefficientsOf(k);
         double c = logK_[k] - logGamma_[k];
@@ -121,6 +122,12 @@ void ActivitySpeciationSolver::fold(double ionicStrength, double soluteMolality)
         logConstants_[k] = c;
     }
     inner_.setLogConstants(logConstants_);
+}
+
+void ActivitySpeciationSolver::fixPH(double pH) {
+    pHFixed_ = true;
+    fixedPH_ = pH;
+    inner_.fixHydrogen(-pH - basisLogGamma_[kHydrogen]);
 }
 
 double ActivitySpeciationSolver::pH() const {
@@ -147,7 +154,10 @@ ActivityOutcome ActivitySpeciationSolver::solve(double tolerance, std::uint64_t 
     LogSolverOutcome inner =
         inner_.solve(model_.ideal() ? tolerance : std::max(tolerance, kEstimateTolerance), iterationLimit);
     outcome.iterations = inner.iterations;
-    if (model_.ideal() || !inner.converged) {
+    // A freed total out of reach at the estimated coefficients may be within reach at the right
+    // ones: the molalities are still numbers, and the updates go on from them.
+    const bool outOfReach = inner_.unreachableBasis() != SIZE_MAX;
+    if (model_.ideal() || (!inner.converged && !outOfReach)) {
         double soluteMolality = 0.0;
         measure(ionicStrength_, soluteMolality);
         outcome.converged = inner.converged;

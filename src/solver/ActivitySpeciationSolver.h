@@ -37,6 +37,15 @@ public:
     ActivitySpeciationSolver(const SpeciationSystem& system, const ValueArray& totals,
                              const ActivityCoefficientModel& model, double idealWaterLogActivity);
 
+    /// Holds the activity of "H+" at 10^−pH: its molality follows γ(H+) at every activity update.
+    void fixPH(double pH);
+    /// Replaces a mass balance with `row`, as LogSpeciationSolver::impose; needs the pH fixed first.
+    void impose(const ImposedRow& row) { inner_.impose(row); }
+    /// The totals (mol/kgw) the imposed rows settled, written into `totals`.
+    void derivedTotals(ValueArray& totals) const { inner_.derivedTotals(totals); }
+    /// As LogSpeciationSolver::unreachableBasis.
+    std::size_t unreachableBasis() const { return inner_.unreachableBasis(); }
+
     ActivityOutcome solve(double tolerance, std::uint64_t iterationLimit);
 
     /// Molality (mol/kgw) of every species of the system, in its order.
@@ -67,6 +76,8 @@ private:
     std::vector<double> basisLogGamma_;  ///< per basis name: log γ of its species, log a_w for water
     double ionicStrength_ = 0.0;
     double logWaterActivity_ = 0.0;
+    bool pHFixed_ = false;
+    double fixedPH_ = 0.0;
 };
 
 }  // namespace Brinecast

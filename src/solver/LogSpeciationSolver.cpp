@@ -179,7 +179,7 @@ void LogSpeciationSolver::balanceComponents() {
                 curvature += first.coefficient * first.coefficient * molalities_[species.species];
         }
         double hydrogenStep = -gradient_[0] / curvature;
-        if (!std::isfinite(hydrogenStep)) hydrogenStep = 0.0;
+        if (!std::isfinite(hydrogenStep) || hydrogenFixed_) hydrogenStep = 0.0;
         hydrogenStep = std::max(-kLargestLogStep, std::min(kLargestLogStep, hydrogenStep));
         trial_[0] = u_[0] + hydrogenStep;
         if (!evaluate(trial_.data())) {
@@ -202,6 +202,10 @@ void LogSpeciationSolver::newtonStep() {
             const double am = first[t].coefficient * m;
             for (std::uint32_t s = 0; s <= t; ++s) row[first[s].unknown] += am * first[s].coefficient;
         }
+    }
+    if (hydrogenFixed_) {
+        reducedNewtonStep();
+        return;
     }
     // Unit diagonal: the free molalities span many orders of magnitude.
     for (std::size_t i = 0; i < n; ++i) scale_[i] = 1.0 / std::sqrt(hessian_(i, i));
@@ -234,7 +238,9 @@ bool LogSpeciationSolver::closes(double tolerance) const {
         equivalents += std::fabs(charges_[species.species]) * m;
     }
     if (!std::isfinite(equivalents) || !std::isfinite(charge) || !std::isfinite(g_)) return false;
-    return std::fabs(charge) <= tolerance * equivalents && largestMagnitude(step_) <= tolerance;
+    // A held "H+" leaves the charge balance to a row, or only to be reported.
+    const bool chargeCloses = hydrogenFixed_ || std::fabs(charge) <= tolerance * equivalents;
+    return chargeCloses && rowsClose(tolerance) && largestMagnitude(step_) <= tolerance;
 }
 
 bool LogSpeciationSolver::lineSearch() {
@@ -306,6 +312,7 @@ void LogSpeciationSolver::setLogConstants(const std::vector<double>& logConstant
 }
 
 LogSolverOutcome LogSpeciationSolver::resolve(double tolerance, std::uint64_t iterationLimit) {
+    unreachable_ = SIZE_MAX;  // new constants may bring a freed total back within reach
     if (!feasible_) return solve(tolerance, iterationLimit);
     if (!evaluate(u_.data())) return {false, 0};
     return iterate(tolerance, iterationLimit);
@@ -314,6 +321,7 @@ LogSolverOutcome LogSpeciationSolver::resolve(double tolerance, std::uint64_t it
 LogSolverOutcome LogSpeciationSolver::iterate(double tolerance, std::uint64_t iterationLimit) {
     for (std::uint64_t iteration = 0;; ++iteration) {
         newtonStep();
+        if (unreachable_ != SIZE_MAX) return {false, iteration};
         if (closes(tolerance)) return {true, iteration};
         if (iteration >= iterationLimit || !lineSearch()) return {false, iteration};
         scaleDownOvershoots();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "solver/ImposedRow.h"
 #include "solver/SpeciationSystem.h"
 #include "tools/ValueArray.h"
 #include "tools/ValueMatrix.h"
@@ -48,8 +49,23 @@ public:
     /// activity coefficients and the water activity into them.
     void setLogConstants(const std::vector<double>& logConstants);
     /// Iterates again from the last point, after new constants: near the answer already, it
-    /// skips the rough balancing of a cold start.
+    /// skips the rough balancing of a cold start. A freed total found out of reach is tried again.
     LogSolverOutcome resolve(double tolerance, std::uint64_t iterationLimit);
+
+    /// Holds the free molality of "H+" at 10^logMolality mol/kgw: the measured pH replaces the
+    /// charge balance, which is then only reported, unless a row imposes it. May be called again
+    /// between solves (an activity iteration moves γ(H+)).
+    void fixHydrogen(double logMolality);
+    /// Replaces the mass balance of `row.freedBasis` with `row`; that component's total, from the
+    /// totals given, becomes the starting guess of an unknown. Needs "H+" fixed first: the rows
+    /// lean on the proton balance, which a free "H+" spends on the charge balance. Throws
+    /// std::logic_error when the freed basis has no positive total or already carries a row.
+    void impose(const ImposedRow& row);
+    /// Writes the totals (mol/kgw) the imposed rows settled into `totals`, one per basis name.
+    void derivedTotals(ValueArray& totals) const;
+    /// The basis index of a freed total that would have had to fall to 0 or below to meet its
+    /// row, or SIZE_MAX: no amount of that component can meet the row.
+    std::size_t unreachableBasis() const { return unreachable_; }
 
     /// Free molality (mol/kgw) of basis names 1..N−1 at the last point: the unknowns in the
     /// order of the speciation equations, 0 for a component with a zero total.
@@ -84,6 +100,14 @@ private:
     bool evaluate(const double* u);
     /// The Newton step at the current point into step_.
     void newtonStep();
+    /// The Newton step over the components alone when "H+" is held: first the freed totals from
+    /// the bordered system (a Schur complement of at most two rows), then the step of G at them.
+    void reducedNewtonStep();
+    /// The freed totals' Newton update, from the Cholesky factors of the scaled reduced Hessian
+    /// and its "H+" column; moves the targets and G accordingly.
+    void updateFreedTotals(const tools::ValueMatrix& factors);
+    /// Whether every imposed row closes to the tolerance, against the sum of |c_k|·m_k.
+    bool rowsClose(double tolerance) const;
     /// Whether the balances close and the step is within the tolerance at the current point.
     bool closes(double tolerance) const;
     /// Moves u_ along step_ until G falls enough; false when no length of the step lowers it.
@@ -108,6 +132,21 @@ private:
     double g_ = 0.0;                  ///< G at u_
     double gNoise_ = 0.0;             ///< rounding scale of G at u_
     tools::ValueMatrix hessian_;
+
+    bool hydrogenFixed_ = false;
+    /// One per imposed row.
+    struct Row {
+        std::uint32_t unknown;                ///< the unknown whose total the row sets
+        double hydrogenWeight;                ///< b of "H+"
+        std::vector<double> unknownWeights;   ///< b of each unknown's basis species
+        std::vector<double> speciesWeights;   ///< c_k per species of the system
+        double value;                         ///< eq/kgw
+        double startTotal;                    ///< mol/kgw, the guess it started from
+    };
+    std::vector<Row> rows_;
+    std::size_t unreachable_ = SIZE_MAX;
+    tools::ValueMatrix reduced_;      ///< the Hessian without "H+", when it is held
+    std::vector<double> crossColumn_;  ///< ∂(proton balance)/∂u over the other unknowns
 };
 
 }  // namespace Brinecast
