@@ -2,6 +2,7 @@
 
 #include "brinecast/calculation/SharedReactionData.h"
 
+#include "database/ElementTable.h"
 #include "engine/ProcessedInput.h"
 #include "solver/BasisPreparationCache.h"
 
@@ -22,6 +23,26 @@ BasisData LibraryBasis::of(const Input& input) {
     b.charges.assign(set.charges.begin(), set.charges.end());
     b.logK = set.logK;
     b.coefficients = set.coefficients;
+    return b;
+}
+
+BasisData LibraryBasis::of(const Input& input, const ConstraintOutcome& outcome) {
+    static const ElementTable table;
+    Input withCarbon = input;
+    bool hasCarbon = false;
+    for (const NameValue& e : input.elements.values) hasCarbon = hasCarbon || e.name == "C";
+    for (const NameValue& g : input.gases.values) hasCarbon = hasCarbon || table.gasElement(g.name) == "C";
+    // An analysis without carbon gets the carbon of its alkalinity: give the basis its component,
+    // whose total is replaced below.
+    if (outcome.alkalinityImposed && !hasCarbon) withCarbon.elements.push_back({"C", 1.0});
+    BasisData b = of(withCarbon);
+    auto setTotal = [&b](const std::string& basis, double total) {
+        for (std::size_t j = 0; j < b.basisNames.size(); ++j) {
+            if (b.basisNames[j] == basis) b.totals[j] = total;
+        }
+    };
+    if (!outcome.balancedWith.empty()) setTotal(table.basisSpecies(outcome.balancedWith), outcome.balancedTotal);
+    if (outcome.alkalinityImposed) setTotal(table.basisSpecies("C"), outcome.derivedCarbon);
     return b;
 }
 

@@ -5,6 +5,8 @@
 #include <korvane/Brinecast.h>
 
 #include <string>
+#include <korvane/ConstraintOutcome.h>
+
 #include <vector>
 
 namespace korvane::Brinecast::cli {
@@ -15,6 +17,9 @@ public:
     /// The basis components and totals the library builds from `input`, and the species,
     /// charges, log K values and coefficients of its basis reaction set.
     static BasisData of(const Input& input);
+    /// The same with the totals a constrained calculation derived: the closing component's
+    /// adjusted total and the carbon that meets a measured alkalinity.
+    static BasisData of(const Input& input, const ConstraintOutcome& outcome);
 
     /// Every species a calculation of `input` can report under a component: those of its basis
     /// reaction set with a coefficient on some component other than water and H+, component by
