@@ -59,8 +59,21 @@ std::string alkalinityWarning(double imbalanceEqPerKgw, double scaleEqPerKgw) {
            "imbalance with --balance-with Cl (or Na).";
 }
 
+/// The library names the constraints by their fields; an analysis file names them by its own.
+std::string inFileWords(std::string message) {
+    const std::pair<const char*, const char*> words[] = {
+        {"Constraints::balanceWith", "\"balance_with\""}, {"Constraints::alkalinity", "the alkalinity"},
+        {"Constraints::pH", "the pH"}};
+    for (const auto& [library, file] : words) {
+        for (auto at = message.find(library); at != std::string::npos; at = message.find(library, at)) {
+            message.replace(at, std::string(library).size(), file);
+        }
+    }
+    return message;
+}
+
 bool needsDensity(const Analysis& a) {
-    return (!a.elements.empty() && UnitNames::isPerLitre(a.unit)) || a.alkalinityMeqPerL.has_value();
+    return !a.elements.empty() && UnitNames::isPerLitre(a.unit);
 }
 
 void fail(AnalysisResult& r, Status status, const std::string& message, std::string hint) {
@@ -229,10 +242,16 @@ void Calculator::calculate(AnalysisResult& r) const {
     try {
         const Constraints imposed = constraints(r);
         const bool constrained = imposed.pH.has_value();
+        if (constrained && solveOptions_.method == Method::Specified) {
+            fail(r, Status::Invalid, r.analysis.source + ": a measured pH needs the robust solver; --method "
+                                     "specified finds the pH from the charge balance only: leave --method at "
+                                     "robust (the default) or auto", "");
+            return;
+        }
         record(r, in, constrained ? speciator_.speciate(in, imposed, solveOptions_) : speciator_.speciate(in, solveOptions_));
     } catch (const std::invalid_argument& e) {
         // The library refuses input outside its data's range this way: the analysis' fault.
-        fail(r, Status::Invalid, r.analysis.source + ": " + e.what(), "");
+        fail(r, Status::Invalid, r.analysis.source + ": " + inFileWords(e.what()), "");
         return;
     } catch (const std::exception& e) {
         fail(r, Status::Failed, e.what(), hintFor(e.what()));

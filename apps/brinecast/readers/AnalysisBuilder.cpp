@@ -214,6 +214,11 @@ void AnalysisBuilder::requireConstraintsComplete(const Analysis& a) const {
         fail("alkalinity", "a measured alkalinity needs the pH it was titrated at; give the "
                            "measured \"pH\" as well");
     }
+    if (a.alkalinityMeqPerL && !UnitNames::isPerLitre(a.unit) && !(a.densityGcm3 > 0.0)) {
+        fail("alkalinity", "an alkalinity per litre needs the brine density to be read per kg of water, "
+                           "and amounts in " + UnitNames::concentrationName(a.unit) + " do not give it; "
+                           "give the \"density\" (g/cm3), or the amounts per litre");
+    }
     if (a.balanceWith.empty()) return;
     if (!a.pH) {
         fail(balanceWhere_, "an ion takes up the charge imbalance only when the pH is measured "
