@@ -215,7 +215,7 @@ void Calculator::record(AnalysisResult& r, const Input& in, const Result& result
         r.check.chargeSum = result.diagnostics.chargeImbalance * r.check.chargeScale;
     }
     // A measured pH with no ion to take up the imbalance leaves the charge open by design.
-    if (constrained && result.constraints.balancedWith.empty()) r.check.chargeClosed = true;
+    r.check.chargeLeftOpen = constrained && result.constraints.balancedWith.empty();
 }
 
 void Calculator::judgeImbalance(AnalysisResult& r) const {

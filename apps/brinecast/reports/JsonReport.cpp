@@ -62,6 +62,10 @@ void check(Writer& w, const SpeciationCheck::Result& c) {
     number(w, "chargeSumEqPerKgw", c.chargeSum);
     number(w, "chargeScaleEqPerKgw", c.chargeScale);
     number(w, "worstRelativeError", c.worstRelativeError());
+    if (c.chargeLeftOpen) {
+        w.Key("chargeLeftOpen");
+        w.Bool(true);
+    }
     if (!c.mismatch.empty()) text(w, "mismatch", c.mismatch);
     w.EndObject();
 }

@@ -74,6 +74,11 @@ std::string check(const SpeciationCheck::Result& c) {
         if (!c.chargeClosed) open += std::string(open.empty() ? "" : ", ") + "charge";
         return "NOT CLOSED (" + open + "): these numbers are not a solution";
     }
+    if (c.chargeLeftOpen) {
+        return "mass balances close (largest relative error " + NumberText::significant(c.worstRelativeError(), 2) +
+               "); the charge balance is left open at the measured pH, off by " +
+               NumberText::significant(100.0 * std::fabs(c.chargeSum) / c.chargeScale, 3) + " % of the ionic charge";
+    }
     return "mass balances and charge balance close (largest relative error " +
            NumberText::significant(c.worstRelativeError(), 2) + ")";
 }
