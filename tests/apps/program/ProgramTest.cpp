@@ -52,7 +52,7 @@ const std::string kUnbalanced = kData + "/unbalanced.json";
 TEST(Program, EveryShippedExampleGivesACheckedReportWithAPlausiblePH) {
     ScratchDirectory scratch;
     for (const char* example : {"standard-seawater", "north-sea-formation-water", "basin-brine",
-                                "sour-produced-water", "condensed-water"}) {
+                                "sour-produced-water", "condensed-water", "field-lab-report"}) {
         const ProgramRun run =
             brinecast("speciate --format json " + kExamples + "/" + example + ".json", scratch);
         EXPECT_EQ(run.status, 0) << example << "\n" << run.err;
