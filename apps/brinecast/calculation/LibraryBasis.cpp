@@ -33,8 +33,10 @@ BasisData LibraryBasis::of(const Input& input, const ConstraintOutcome& outcome)
     for (const NameValue& e : input.elements.values) hasCarbon = hasCarbon || e.name == "C";
     for (const NameValue& g : input.gases.values) hasCarbon = hasCarbon || table.gasElement(g.name) == "C";
     // An analysis without carbon gets the carbon of its alkalinity: give the basis its component,
-    // whose total is replaced below.
-    if (outcome.alkalinityImposed && !hasCarbon) withCarbon.elements.push_back({"C", 1.0});
+    // whose total is replaced below. The placeholder is too small to move the other totals, which
+    // per-litre and per-kg-of-solution units convert through the whole dissolved mass.
+    constexpr double kPlaceholderAmount = 1e-12;  // in the analysis' unit
+    if (outcome.alkalinityImposed && !hasCarbon) withCarbon.elements.push_back({"C", kPlaceholderAmount});
     BasisData b = of(withCarbon);
     auto setTotal = [&b](const std::string& basis, double total) {
         for (std::size_t j = 0; j < b.basisNames.size(); ++j) {
