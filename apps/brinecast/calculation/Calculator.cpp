@@ -146,7 +146,11 @@ bool Calculator::loadEngine() const { return EngineDensity::load(engineDirectory
 
 void Calculator::prepare(AnalysisResult& r) const {
     try {
-        if (balanceWith_) {
+        if (balanceWith_ && r.analysis.pH) {
+            // At a measured pH the imbalance is closed at that pH, with the carbon of the
+            // alkalinity, not in the analysis beforehand; an ion the file names comes first.
+            if (r.analysis.balanceWith.empty()) r.analysis.balanceWith = *balanceWith_;
+        } else if (balanceWith_) {
             const ChargeBalance before = ChargeBalance::of(r.analysis);
             const double amount = before.amountToCancel(*balanceWith_);
             ChargeBalance::add(r.analysis, *balanceWith_, amount);

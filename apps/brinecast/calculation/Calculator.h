@@ -21,7 +21,8 @@ public:
     static constexpr double kImbalanceShareOfAlkalinity = 0.25;
 
     /// `engineDirectory` holds the engine library (kvpvt64.dll); `balanceWith` names the element
-    /// or ion that cancels each analysis' charge imbalance before the calculation, if any;
+    /// or ion that cancels each analysis' charge imbalance before the calculation, if any (at a
+    /// measured pH: that closes it in the calculation, unless the analysis names its own);
     /// `method` is the library's solver (Auto: the specified one, the robust one when that fails)
     /// and `activity` its activity model.
     Calculator(std::string engineDirectory, std::optional<std::string> balanceWith,

@@ -67,23 +67,3 @@ TEST(AnalysisBuilder, LabAmountUnitsBecomeLibraryUnits) {
     const Analysis carbonate = readOne("g/L", "CO3--", 0.060);
     EXPECT_NEAR(carbonate.elements[0].value, 60.0 * names().carbonateToBicarbonateMass(), 1e-9);
 }
-
-// Oilfield conditions: 77 °F is 25 °C and a gauge reading of zero is one atmosphere.
-TEST(AnalysisBuilder, MeasuredQuantitiesAreKeptInTheirUnits) {
-    AnalysisBuilder b(names(), "lab.json", "lab");
-    b.temperature(77.0, "\xC2\xB0" "F", "temperature", "temperature");
-    b.pressure(0.0, "psig", "pressure", "pressure");
-    b.unit("mg/L", "unit");
-    b.element("Na+", 11000.0, "elements");
-    b.element("Cl-", 17000.0, "elements");
-    b.element("HCO3-", 122.0, "elements");
-    b.measuredPH(7.9, "pH");
-    b.alkalinity(100.0, "mg/L as CaCO3", "alkalinity", "alkalinity");
-    b.balanceWith("Cl-", "balance_with");
-    const Analysis a = b.build();
-    EXPECT_NEAR(a.temperatureK, 298.15, 1e-12);
-    EXPECT_EQ(a.pressurePa, 101325.0);
-    EXPECT_EQ(a.pH, 7.9);
-    EXPECT_NEAR(*a.alkalinityMeqPerL, 100.0 / 50.0435, 1e-12);
-    EXPECT_EQ(a.balanceWith, "Cl");
-}
