@@ -26,10 +26,14 @@ struct Constraints {
     /// carbon of the analysis (element "C" or gas "CO2") only serves as the name; an analysis
     /// without carbon gets it. Each species counts with its basis species' alkalinities: +2 for
     /// CO3-2, +1 for HS- and OH-, −1 for H+, 0 otherwise (so HCO3- counts 1 and CO2 0).
+    /// Carbon is known only as finely as the alkalinity closes, to the tolerance times
+    /// Σ|alk_k|·m_k: a trace of carbon beside much alkalinity, or any carbon below about pH 1
+    /// (all of it CO2, which counts 0), is poorly determined or not found at all.
     std::optional<double> alkalinity;
     /// Component whose total is adjusted to close the charge balance at the measured pH, named
     /// as the analysis names it ("Cl", "Na"). Empty: the totals stand and the imbalance is
-    /// reported in the diagnostics.
+    /// reported in the diagnostics. Its total is known to the tolerance times Σ|z_k|·m_k, so a
+    /// trace ion's own mass balance may close less finely than the others.
     std::string balanceWith;
 };
 

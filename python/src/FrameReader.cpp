@@ -12,7 +12,8 @@ namespace {
 
 using cli::InputError;
 
-const char* const kConditionColumns[] = {"temperature", "pressure", "density"};
+/// Numbers that are no amount: the conditions, and what a lab measured beside the analysis.
+const char* const kConditionColumns[] = {"temperature", "pressure", "density", "ph", "alkalinity_eq_per_kgw"};
 
 std::string columnName(const std::string& name) { return "column \"" + name + "\""; }
 
@@ -56,7 +57,7 @@ FrameReader::FrameReader(const cli::ComponentNames& names, const FrameColumns& c
         if (!e) {
             throw InputError(columnName(name) + " is not a known column, element or ion; use "
                              "name, description, temperature, temperature_unit, pressure, "
-                             "pressure_unit, density, unit, a gas (" + names.acceptedGases() +
+                             "pressure_unit, density, ph, alkalinity_eq_per_kgw, unit, a gas (" + names.acceptedGases() +
                              ") or an element: " + names.acceptedElements());
         }
         const std::string key = e->name + (e->carbonate ? " carbonate" : "");
@@ -69,6 +70,8 @@ FrameReader::FrameReader(const cli::ComponentNames& names, const FrameColumns& c
     temperature_ = number("temperature");
     pressure_ = number("pressure");
     density_ = number("density");
+    pH_ = number("ph");
+    alkalinity_ = number("alkalinity_eq_per_kgw");
     names_column_ = text("name");
     descriptions_ = text("description");
     units_ = text("unit");
@@ -88,6 +91,13 @@ const std::vector<std::string>* FrameReader::text(const char* name) const {
         if (n == name) return &values;
     }
     return nullptr;
+}
+
+Constraints FrameReader::constraints(std::size_t row) const {
+    Constraints c;
+    if (pH_ && !std::isnan(pH_[row])) c.pH = pH_[row];
+    if (alkalinity_ && !std::isnan(alkalinity_[row])) c.alkalinity = alkalinity_[row];
+    return c;
 }
 
 cli::AnalysisResult FrameReader::read(std::size_t row) const {

@@ -5,6 +5,8 @@
 #include "brinecast/calculation/AnalysisResult.h"
 #include "brinecast/readers/ComponentNames.h"
 
+#include <korvane/Speciator.h>
+
 #include <string>
 #include <vector>
 
@@ -12,7 +14,8 @@ namespace korvane::Brinecast::python {
 
 /// Reads a table of analyses with the command line's column names and units: one column per
 /// element, lab ion or gas, `unit`, `temperature`, `pressure`, their unit columns, `density`
-/// (g/cm3), `name`, `description`. A bad cell makes its row invalid with the command line's
+/// (g/cm3), `name`, `description`, and the measured `ph` and `alkalinity_eq_per_kgw` that
+/// a row may impose on its speciation. A bad cell makes its row invalid with the command line's
 /// message; a column no analysis can have refuses the whole table.
 class FrameReader {
 public:
@@ -21,6 +24,9 @@ public:
 
     /// Row `row` as an analysis, or a result marked invalid with the reason. Any thread.
     cli::AnalysisResult read(std::size_t row) const;
+
+    /// The measured pH and alkalinity of row `row`; an empty cell imposes nothing.
+    Constraints constraints(std::size_t row) const;
 
     /// The names of the columns that hold text rather than numbers.
     static const std::vector<std::string>& textColumns();
@@ -42,6 +48,8 @@ private:
     const double* temperature_ = nullptr;
     const double* pressure_ = nullptr;
     const double* density_ = nullptr;
+    const double* pH_ = nullptr;
+    const double* alkalinity_ = nullptr;  ///< eq/kgw
     const std::vector<std::string>* names_column_ = nullptr;
     const std::vector<std::string>* descriptions_ = nullptr;
     const std::vector<std::string>* units_ = nullptr;

@@ -90,6 +90,7 @@ void FrameReport::add(std::size_t first, const std::vector<FrameRow>& part) {
             }
         }
     }
+    addNamed(first, part, &FrameRow::measured, [](const std::string& name) { return name; });
     addNamed(first, part, &FrameRow::species, [](const std::string& s) { return s + " (mol/kgw)"; });
     addNamed(first, part, &FrameRow::saturation, [](const std::string& m) { return "SI " + m; });
 }

@@ -121,7 +121,10 @@ std::vector<FrameRow> FrameSpeciator::speciate(const FrameColumns& columns, std:
             cli::AnalysisResult& r = rows[i].result;
             r = reader.read(first + i);
             if (r.status != Status::Ok) return;
-            if (balancingElement_) balance(r);
+            rows[i].constraints = reader.constraints(first + i);
+            // With a measured pH the imbalance is closed at that pH, not by the analysis alone.
+            if (balancingElement_ && rows[i].constraints.pH) rows[i].constraints.balanceWith = *balancingElement_;
+            else if (balancingElement_) balance(r);
             if (r.status != Status::Ok) return;
             settleDensity(r);
             rows[i].input = inputs_->input(r.analysis, r.analysis.densityGcm3);
@@ -131,13 +134,16 @@ std::vector<FrameRow> FrameSpeciator::speciate(const FrameColumns& columns, std:
     // Every readable row goes to the library as one batch; it loads the density engine once,
     // before its threads start.
     std::vector<Input> inputs;
+    std::vector<Constraints> constraints;
     std::vector<std::size_t> rowOf;
     inputs.reserve(rows.size());
+    constraints.reserve(rows.size());
     rowOf.reserve(rows.size());
     for (std::size_t i = 0; i < rows.size(); ++i) {
         cli::AnalysisResult& r = rows[i].result;
         if (r.status != Status::Ok) continue;
         inputs.push_back(std::move(rows[i].input));
+        constraints.push_back(rows[i].constraints);
         rowOf.push_back(i);
     }
     // The library loads the engine before its own threads start, but two Python threads may start
@@ -150,7 +156,7 @@ std::vector<FrameRow> FrameSpeciator::speciate(const FrameColumns& columns, std:
             break;
         }
     }
-    std::vector<BatchItem> items = speciator_.speciateBatch(inputs, settings_.solve, threads);
+    std::vector<BatchItem> items = speciator_.speciateBatch(inputs, constraints, settings_.solve, threads);
     cli::BatchRunner::run(
         items.size(), threads,
         [&](std::size_t k) {
@@ -181,6 +187,11 @@ std::vector<FrameRow> FrameSpeciator::speciate(const FrameColumns& columns, std:
                                                            item.result.logWaterActivity, {}};
             row.species = std::move(item.result.output.species.values);
             for (const MineralSaturation& m : item.result.minerals) row.saturation.push_back({m.name, m.saturationIndex});
+            const ConstraintOutcome& imposed = item.result.constraints;
+            row.measured.push_back({"alkalinity_eq_per_kgw", item.result.alkalinity});
+            if (imposed.alkalinityImposed) row.measured.push_back({"derived_carbon_mol_per_kgw", imposed.derivedCarbon});
+            if (!imposed.balancedWith.empty())
+                row.measured.push_back({"balance_adjustment_mol_per_kgw", imposed.balanceAdjustment});
             if (!item.result.diagnostics.converged) {
                 markFailed(r, Status::NotClosed, notClosed(item.result.diagnostics), "");
             }

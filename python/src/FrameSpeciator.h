@@ -20,7 +20,9 @@ namespace korvane::Brinecast::python {
 struct FrameSettings {
     SolveOptions solve;
     std::string engineDirectory;             ///< empty: the one built or installed with brinecast
-    std::optional<std::string> balanceWith;  ///< element or ion that cancels each charge imbalance
+    /// Element or ion that cancels each charge imbalance: added to the analysis, or, in a row with
+    /// a measured pH, adjusted by the library to close the balance at that pH.
+    std::optional<std::string> balanceWith;
 };
 
 /// One row of a table: as read (and balanced), and what the library made of it.
@@ -28,6 +30,10 @@ struct FrameRow {
     cli::AnalysisResult result;      ///< analysis, status, message, pH and diagnostics
     std::vector<NameValue> species;  ///< molalities (mol/kgw), empty unless calculated
     std::vector<NameValue> saturation;  ///< saturation index per mineral, empty unless calculated
+    /// "alkalinity_eq_per_kgw" of the result, with "derived_carbon_mol_per_kgw" and
+    /// "balance_adjustment_mol_per_kgw" when the row imposed them; empty unless calculated.
+    std::vector<NameValue> measured;
+    Constraints constraints;         ///< the row's measured pH and alkalinity, and its closing ion
     Input input;                     ///< the library's input, built with the row on its thread
 };
 

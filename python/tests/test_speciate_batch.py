@@ -177,3 +177,24 @@ def test_oilfield_units_give_the_same_brine():
                                   unit="mmol/L")
     assert lab.loc[0, "status"] == "ok", lab.loc[0, "message"]
     assert lab.loc[0, "pH"] == pytest.approx(si.loc[0, "pH"], abs=1e-9)
+
+
+def test_measured_ph_and_alkalinity_columns_are_imposed_per_row():
+    # Seawater-like with 0.008 eq/kgw more cations than anions at pH 7.5; the last row measures nothing.
+    table = pd.DataFrame({
+        "Na": [0.5, 0.5, 0.5], "Mg": [0.05, 0.05, 0.05], "Cl": [0.55, 0.55, 0.55],
+        "S(6)": [0.02, 0.02, 0.02], "C": [0.002, 0.002, 0.002], "unit": ["mol/kgw"] * 3,
+        "temperature": [298.15] * 3, "pressure": [101325.0] * 3,
+        "ph": [7.5, 7.5, np.nan], "alkalinity_eq_per_kgw": [np.nan, 0.0025, np.nan],
+    })
+    out = brinecast.speciate_batch(table, method="robust", balance_with="Cl")
+    assert list(out["status"]) == ["ok", "ok", "ok"]
+    assert list(out["pH"][:2]) == [7.5, 7.5]
+    assert all(out["charge_imbalance"] < 1e-9)
+    # The measured rows close at their pH through the library; the last is balanced beforehand.
+    assert out["balance_adjustment_mol_per_kgw"][0] == pytest.approx(0.008, abs=1e-3)
+    assert math.isnan(out["balance_adjustment_mol_per_kgw"][2])
+    assert out["balanced_with"][2] == "Cl"
+    assert out["alkalinity_eq_per_kgw"][1] == pytest.approx(0.0025, rel=1e-9)
+    assert out["derived_carbon_mol_per_kgw"][1] > 0.002
+    assert math.isnan(out["derived_carbon_mol_per_kgw"][0])

@@ -150,10 +150,15 @@ void ConstraintPlan::refuseUnreachable(std::size_t unreachableBasis, double alka
                                     "already carries excess " + excess + " charge; name an ion of the other sign, or "
                                     "leave Constraints::balanceWith empty to report the imbalance.");
     }
+    if (alkalinity > *constraints_.alkalinity) {
+        throw std::invalid_argument("Constraints::alkalinity is " + shown(*constraints_.alkalinity) +
+                                    " eq/kgw, below the " + shown(alkalinity) + " eq/kgw that the water and the "
+                                    "other components give at pH " + shown(pH_) + " without any carbon; give the "
+                                    "alkalinity titrated at that pH.");
+    }
     throw std::invalid_argument("Constraints::alkalinity is " + shown(*constraints_.alkalinity) +
-                                " eq/kgw, below the " + shown(alkalinity) + " eq/kgw that the water and the other "
-                                "components give at pH " + shown(pH_) + " without any carbon; give the alkalinity "
-                                "titrated at that pH.");
+                                " eq/kgw, more than carbon can carry at pH " + shown(pH_) + " (" + shown(alkalinity) +
+                                " eq/kgw with 30 mol/kgw of it); give the alkalinity titrated at that pH.");
 }
 
 void ConstraintPlan::report(const ValueArray& derivedTotals, Result& result) const {

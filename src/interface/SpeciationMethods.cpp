@@ -125,7 +125,7 @@ Result robustResult(const ProcessedInput& processed, const SpeciesModel& model, 
                                      system.coefficients, molalities, system.speciesCount());
     ValueArray totals = processed.totals;
     if (plan) {
-        plan->refuseUnreachable(solver.unreachableBasis(), result.alkalinity);
+        if (!outcome.converged) plan->refuseUnreachable(solver.unreachableBasis(), result.alkalinity);
         // The measured value itself, not its round trip through γ(H+) and a logarithm.
         result.output.pH = plan->pH();
         solver.derivedTotals(totals);

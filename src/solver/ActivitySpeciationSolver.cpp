@@ -173,12 +173,15 @@ ActivityOutcome ActivitySpeciationSolver::solve(double tolerance, std::uint64_t 
         ++outcome.activityUpdates;
         inner = inner_.resolve(tolerance, iterationLimit);
         outcome.iterations += inner.iterations;
-        if (!inner.converged) return outcome;
+        // Out of reach at coefficients still on their way is no verdict: only where I and Σm
+        // reproduce themselves.
+        const bool outOfReachHere = inner_.unreachableBasis() != SIZE_MAX;
+        if (!inner.converged && !outOfReachHere) return outcome;
         measure(measured[0], measured[1]);
         const double residual[2] = {std::log(measured[0]) - y[0], std::log(measured[1]) - y[1]};
         if (!std::isfinite(residual[0]) || !std::isfinite(residual[1])) return outcome;
         if (largestMagnitude(residual, 2) <= tolerance) {
-            outcome.converged = true;
+            outcome.converged = inner.converged;
             return outcome;
         }
         double step[2];

@@ -228,6 +228,7 @@ bool LogSpeciationSolver::closes(double tolerance) const {
     // Every comparison is made on finite numbers only: an infinite balance would otherwise meet
     // an infinite total's tolerance, inf <= tol * inf.
     for (std::size_t i = 1; i < u_.size(); ++i) {
+        if (!rows_.empty() && isFreed(i)) continue;  // judged with its row
         if (!std::isfinite(gradient_[i]) || !(std::fabs(gradient_[i]) <= tolerance * target_[i])) return false;
     }
     double charge = 0.0;
@@ -319,10 +320,12 @@ LogSolverOutcome LogSpeciationSolver::resolve(double tolerance, std::uint64_t it
 }
 
 LogSolverOutcome LogSpeciationSolver::iterate(double tolerance, std::uint64_t iterationLimit) {
+    tolerance_ = tolerance;
     for (std::uint64_t iteration = 0;; ++iteration) {
         newtonStep();
-        if (unreachable_ != SIZE_MAX) return {false, iteration};
         if (closes(tolerance)) return {true, iteration};
+        // Settled at a vanishing freed total with its row still open: no amount meets the row.
+        if (unreachable_ != SIZE_MAX && largestMagnitude(step_) <= tolerance) return {false, iteration};
         if (iteration >= iterationLimit || !lineSearch()) return {false, iteration};
         scaleDownOvershoots();
     }

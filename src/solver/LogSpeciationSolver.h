@@ -63,8 +63,9 @@ public:
     void impose(const ImposedRow& row);
     /// Writes the totals (mol/kgw) the imposed rows settled into `totals`, one per basis name.
     void derivedTotals(ValueArray& totals) const;
-    /// The basis index of a freed total that would have had to fall to 0 or below to meet its
-    /// row, or SIZE_MAX: no amount of that component can meet the row.
+    /// The basis index of a freed total that would have had to fall to 0 or below, or rise past
+    /// 30 mol/kgw, to meet its row, or SIZE_MAX. Unless the solve converged, no amount of that
+    /// component meets the row.
     std::size_t unreachableBasis() const { return unreachable_; }
 
     /// Free molality (mol/kgw) of basis names 1..N−1 at the last point: the unknowns in the
@@ -106,8 +107,19 @@ private:
     /// The freed totals' Newton update, from the Cholesky factors of the scaled reduced Hessian
     /// and its "H+" column; moves the targets and G accordingly.
     void updateFreedTotals(const tools::ValueMatrix& factors);
-    /// Whether every imposed row closes to the tolerance, against the sum of |c_k|·m_k.
+    struct Row;
+    /// Moves the total `row` frees by `change` (mol/kgw), within a factor of 100, 0 and
+    /// 30 mol/kgw, and G and the gradient with it; marks the total out of reach at those bounds.
+    void moveFreedTotal(const Row& row, double change);
+    /// Whether every imposed row closes to the tolerance, against the sum of |c_k|·m_k, and the
+    /// total it frees is met as finely as the row can set it.
     bool rowsClose(double tolerance) const;
+    /// Whether an imposed row sets the total of `unknown`.
+    bool isFreed(std::size_t unknown) const;
+    /// How finely (mol/kgw) a row sets its freed total: the total itself, or the row's own scale
+    /// Σ|c_k|·m_k over the total's weight when that is larger. A trace of chloride that closes a
+    /// 1 eq/kgw charge balance is known to 1e-10 eq/kgw, not to 1e-10 of itself.
+    double resolution(const Row& row) const;
     /// Whether the balances close and the step is within the tolerance at the current point.
     bool closes(double tolerance) const;
     /// Moves u_ along step_ until G falls enough; false when no length of the step lowers it.
@@ -134,6 +146,7 @@ private:
     tools::ValueMatrix hessian_;
 
     bool hydrogenFixed_ = false;
+    double tolerance_ = 0.0;  ///< of the running solve: freed totals move no finer than it
     /// One per imposed row.
     struct Row {
         std::uint32_t unknown;                ///< the unknown whose total the row sets

@@ -5,6 +5,7 @@
 
 #include "tools/CholeskySolver.h"
 
+#include <algorithm>
 #include <cmath>
 #include <stdexcept>
 #include <string>
@@ -22,6 +23,9 @@ constexpr double kLargestTotalFactor = 100.0;
 /// A freed total that a row keeps pushing below this fraction of its start has no positive value
 /// that meets the row.
 constexpr double kVanishingTotal = 1e-15;
+/// Largest freed total (mol/kgw): beyond the dissolved matter any analysis may hold, a row that
+/// asks for more cannot be met.
+constexpr double kLargestFreedTotal = 30.0;
 /// The freed totals move only once every mass balance is within this fraction of its total: the
 /// bordered step predicts the rows from the proton balance, which is far off while the balances
 /// are, and the steps of G alone close them from any start.
@@ -83,7 +87,8 @@ void LogSpeciationSolver::reducedNewtonStep() {
         return;
     }
     bool nearlyBalanced = true;
-    for (std::size_t i = 1; i < n; ++i) nearlyBalanced = nearlyBalanced && std::fabs(gradient_[i]) <= kNearlyBalanced * target_[i];
+    for (std::size_t i = 1; i < n; ++i)
+        nearlyBalanced = nearlyBalanced && std::fabs(gradient_[i]) <= kNearlyBalanced * target_[i];
     if (!rows_.empty() && nearlyBalanced) updateFreedTotals(reduced_);
     for (std::size_t i = 1; i < n; ++i) step_[i] = -gradient_[i] * scale_[i];
     tools::CholeskySolver::solve(reduced_, step_.data() + 1);
@@ -121,21 +126,48 @@ void LogSpeciationSolver::updateFreedTotals(const tools::ValueMatrix& factors) {
         change[0] = (rhs[0] * schur[1][1] - schur[0][1] * rhs[1]) / det;
         change[1] = (schur[0][0] * rhs[1] - schur[1][0] * rhs[0]) / det;
     }
-    for (std::size_t q = 0; q < p; ++q) {
-        const std::uint32_t i = rows_[q].unknown;
-        const double total = target_[i];
-        double next = total + change[q];
-        if (!std::isfinite(next)) continue;
-        if (!(next > total / kLargestTotalFactor)) {
-            if (next <= 0.0 && total < kVanishingTotal * rows_[q].startTotal) unreachable_ = basisOfUnknown_[i];
-            next = total / kLargestTotalFactor;
-        } else if (next > total * kLargestTotalFactor) {
-            next = total * kLargestTotalFactor;
+    for (std::size_t q = 0; q < p; ++q) moveFreedTotal(rows_[q], change[q]);
+}
+
+void LogSpeciationSolver::moveFreedTotal(const Row& row, double change) {
+    const std::uint32_t i = row.unknown;
+    const double total = target_[i];
+    double next = total + change;
+    if (!std::isfinite(next) || std::fabs(change) <= tolerance_ * resolution(row)) return;
+    if (!(next > total / kLargestTotalFactor)) {
+        if (next <= 0.0 && total < kVanishingTotal * row.startTotal) {
+            // Held where it is: the balances settle at a vanishing total, and the row is judged
+            // there (a carbon-free water meets its own alkalinity).
+            unreachable_ = basisOfUnknown_[i];
+            return;
         }
-        gradient_[i] -= next - total;
-        g_ -= (next - total) * u_[i];
-        target_[i] = next;
+        next = total / kLargestTotalFactor;
+    } else if (next > total * kLargestTotalFactor) {
+        next = total * kLargestTotalFactor;
     }
+    if (next > kLargestFreedTotal) {
+        if (total >= kLargestFreedTotal) {
+            unreachable_ = basisOfUnknown_[i];
+            return;
+        }
+        next = kLargestFreedTotal;
+    }
+    gradient_[i] -= next - total;
+    g_ -= (next - total) * u_[i];
+    target_[i] = next;
+}
+
+bool LogSpeciationSolver::isFreed(std::size_t unknown) const {
+    for (const Row& row : rows_) {
+        if (row.unknown == unknown) return true;
+    }
+    return false;
+}
+
+double LogSpeciationSolver::resolution(const Row& row) const {
+    double magnitude = 0.0;
+    for (std::size_t k = 0; k < molalities_.size(); ++k) magnitude += std::fabs(row.speciesWeights[k]) * molalities_[k];
+    return std::max(target_[row.unknown], magnitude / std::fabs(row.unknownWeights[row.unknown]));
 }
 
 bool LogSpeciationSolver::rowsClose(double tolerance) const {
@@ -147,6 +179,7 @@ bool LogSpeciationSolver::rowsClose(double tolerance) const {
             magnitude += std::fabs(row.speciesWeights[k]) * molalities_[k];
         }
         if (!std::isfinite(sum) || !(std::fabs(sum - row.value) <= tolerance * magnitude)) return false;
+        if (!(std::fabs(gradient_[row.unknown]) <= tolerance * resolution(row))) return false;
     }
     return true;
 }

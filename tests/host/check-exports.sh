@@ -13,6 +13,7 @@ bad=$(printf '%s\n' "$symbols" | grep -v -E \
   -e '^korvane::Brinecast::(run|getPH|getMolarCharge|getIonAmountToBalanceCharge|getLabIonElement|toCountedChargeName)\(' \
   -e '^korvane::Brinecast::ConcentsWithUnit::' \
   -e '^korvane::Brinecast::speciate\(korvane::Brinecast::Input, korvane::Brinecast::SolveOptions const&\)$' \
+  -e '^korvane::Brinecast::speciate\(korvane::Brinecast::Input, korvane::Brinecast::Constraints const&, korvane::Brinecast::SolveOptions const&\)$' \
   -e '^korvane::Brinecast::Speciator::' \
   -e '^korvane::(KorvaneError|KorvaneAssertion|UnreacheableException)::' \
   -e '^(typeinfo|typeinfo name|vtable) for korvane::(KorvaneError|KorvaneAssertion|UnreacheableException)$' \
@@ -24,7 +25,8 @@ if [ -n "$bad" ]; then
 fi
 for required in 'typeinfo for korvane::KorvaneError' 'typeinfo for korvane::UnreacheableException' \
                 'korvane::Brinecast::ConcentsWithUnit::size()' \
-                'korvane::Brinecast::Speciator::speciate(korvane::Brinecast::Input const&, korvane::Brinecast::SolveOptions const&) const'; do
+                'korvane::Brinecast::Speciator::speciate(korvane::Brinecast::Input const&, korvane::Brinecast::SolveOptions const&) const' \
+                'korvane::Brinecast::speciate(korvane::Brinecast::Input, korvane::Brinecast::Constraints const&, korvane::Brinecast::SolveOptions const&)'; do
   if ! printf '%s\n' "$symbols" | grep -q -F -x "$required"; then
     echo "$lib does not export: $required" >&2
     exit 1
