@@ -215,9 +215,11 @@ void AnalysisBuilder::requireConstraintsComplete(const Analysis& a) const {
                            "measured \"pH\" as well");
     }
     if (a.alkalinityMeqPerL && !UnitNames::isPerLitre(a.unit) && !(a.densityGcm3 > 0.0)) {
+        const std::string amounts = a.elements.empty() ? "gases alone"
+                                                       : "amounts in " + UnitNames::concentrationName(a.unit);
         fail("alkalinity", "an alkalinity per litre needs the brine density to be read per kg of water, "
-                           "and amounts in " + UnitNames::concentrationName(a.unit) + " do not give it; "
-                           "give the \"density\" (g/cm3), or the amounts per litre");
+                           "and " + amounts + " do not give it; give the \"density\" (g/cm3), or the "
+                           "amounts per litre");
     }
     if (a.balanceWith.empty()) return;
     if (!a.pH) {
