@@ -10,7 +10,6 @@
 #include <string>
 
 using brinecast_test::brinecast;
-using brinecast_test::ProgramRun;
 using brinecast_test::readFile;
 using brinecast_test::ScratchDirectory;
 
@@ -80,18 +79,4 @@ TEST(MeasuredPH, AnImbalanceRivallingTheAlkalinityIsFlaggedAndAMeasuredPHReplace
     // What --balance-with took away: -0.00194 eq/L (68.8 mg/L of Cl), within the carbon it also moves.
     EXPECT_NEAR(imposed["balanceAdjustmentMolPerKgw"].GetDouble(), -0.00194 / kgWaterPerL, 1e-4);
     EXPECT_GT(imposed["derivedCarbonMolPerKgw"].GetDouble(), 0.0);
-}
-
-TEST(MeasuredPH, TheFieldReportExampleReadsOilfieldUnitsAndKeepsItsPH) {
-    ScratchDirectory scratch;
-    const ProgramRun run = brinecast("speciate --format json " + kExamples + "/field-lab-report.json", scratch);
-    ASSERT_EQ(run.status, 0) << run.err;
-    const rapidjson::Document d = parsed(run.out);
-    const rapidjson::Value& a = d["analyses"][0];
-    EXPECT_DOUBLE_EQ(a["temperatureK"].GetDouble(), (120.0 - 32.0) * 5.0 / 9.0 + 273.15);
-    EXPECT_NEAR(a["pressurePa"].GetDouble(), 35.0 * 6894.757293168361 + 101325.0, 1e-6);
-    EXPECT_DOUBLE_EQ(a["pH"].GetDouble(), 6.55);
-    EXPECT_DOUBLE_EQ(a["dissolvedSolids"]["mgPerL"].GetDouble(), 72877.0);
-    EXPECT_TRUE(a["check"]["closed"].GetBool());
-    EXPECT_EQ(a["warnings"].Size(), 0u);
 }
