@@ -32,6 +32,12 @@ struct LogSolverOutcome {
 /// charge balance (against the sum of |z|·m) close to the tolerance, and the next Newton step
 /// would change no free molality by more than that fraction.
 ///
+/// A measured pH holds "H+" (`fixHydrogen`): the mass balances alone remain, still the gradient of
+/// G over the other unknowns. A row such as the charge balance or the alkalinity may then take the
+/// place of one component's mass balance (`impose`), whose total becomes an unknown; every such row
+/// depends on the free molalities only through the proton balance, so the bordered Newton system
+/// reduces to a Schur complement of at most two rows, solved with the same Cholesky factors.
+///
 /// Built per calculation; holds its own working arrays, so it serves one thread.
 class LogSpeciationSolver {
 public:
