@@ -177,6 +177,19 @@ def test_saturation_indices_are_columns_where_a_mineral_can_form(brines):
         assert math.isfinite(row["SI Gypsum"]) == can_form, brine["name"]
 
 
+def test_oilfield_units_give_the_same_brine():
+    """meq/L, °F and psig are read as the command line reads them: the same brine, the same pH."""
+    ions = {"Na+": 490.0, "Cl-": 488.0, "HCO3-": 1.95}
+    lab = brinecast.speciate_batch({**{k: [v] for k, v in ions.items()}, "Ca++": [19.6], "SO4--": [19.6],
+                                    "temperature": [77.0], "pressure": [0.0], "density": [1.02]},
+                                   unit="meq/L", temperature_unit="°F", pressure_unit="psig")
+    si = brinecast.speciate_batch({**{k: [v] for k, v in ions.items()}, "Ca++": [9.8], "SO4--": [9.8],
+                                   "temperature": [298.15], "pressure": [101325.0], "density": [1.02]},
+                                  unit="mmol/L")
+    assert lab.loc[0, "status"] == "ok", lab.loc[0, "message"]
+    assert lab.loc[0, "pH"] == pytest.approx(si.loc[0, "pH"], abs=1e-9)
+
+
 def test_measured_ph_and_alkalinity_columns_are_imposed_per_row():
     # Seawater-like with 0.008 eq/kgw more cations than anions at pH 7.5; the last row measures nothing.
     table = pd.DataFrame({

@@ -2,7 +2,10 @@
 
 #include "brinecast/readers/Analysis.h"
 #include "brinecast/calculation/ChargeBalance.h"
+#include "brinecast/calculation/DissolvedSolids.h"
 #include "brinecast/calculation/SpeciationCheck.h"
+
+#include <korvane/ConstraintOutcome.h>
 
 #include <cmath>
 #include <map>
@@ -37,6 +40,12 @@ struct AnalysisResult {
     DensitySource densitySource = DensitySource::NotNeeded;
     ChargeBalance charge;  ///< of `analysis`, as calculated
     std::optional<Balancing> balancing;
+    DissolvedSolids solids;  ///< of `analysis`, with the density used when it is known
+
+    /// Σ alk·m over every species, eq/kgw (the library's sum); NaN until calculated.
+    double alkalinityEqPerKgw = NAN;
+    /// What the measured pH, alkalinity and balancing ion imposed and derived.
+    ConstraintOutcome constraints;
 
     double pH = NAN;
     /// How the library's solver ended: which method gave the result, its iterations and the

@@ -11,6 +11,7 @@
 
 #include "engine/Platform.h"
 
+#include <algorithm>
 #include <cmath>
 #include <stdexcept>
 #include <utility>
@@ -36,6 +37,43 @@ std::string imbalanceWarning(const ChargeBalance& c) {
            c.unitName() + "). The pH follows from the charge balance, so it is not meaningful "
            "for this analysis. Check the analysis, or cancel the imbalance with a major ion: "
            "--balance-with Cl (or Na); `brinecast balance FILE --with Cl` shows the amount.";
+}
+
+std::string measuredPHImbalanceNote(const ChargeBalance& c) {
+    return "The analysis is out of charge balance by " + NumberText::fixed(c.errorPercent(), 1) +
+           " % of its total charge (net " + NumberText::significant(c.net(), 4) + " " + c.unitName() +
+           "). The measured pH stands and the imbalance stays in the result; name a major ion in "
+           "\"balance_with\" (as Cl- or Na+) to take it up.";
+}
+
+/// The pH from the charge balance is only as good as the balance: an imbalance comparable to
+/// the alkalinity is carried by the carbonate system, which moves the pH by units.
+std::string alkalinityWarning(double imbalanceEqPerKgw, double scaleEqPerKgw) {
+    return "The charge imbalance of the analysis (" + NumberText::significant(imbalanceEqPerKgw * 1e3, 3) +
+           " meq/kgw) is " + NumberText::significant(100.0 * std::fabs(imbalanceEqPerKgw / scaleEqPerKgw), 3) +
+           " % of the alkalinity its bicarbonate, carbonate and sulfide carry (" +
+           NumberText::significant(scaleEqPerKgw * 1e3, 3) + " meq/kgw), more than the " +
+           NumberText::significant(100.0 * Calculator::kImbalanceShareOfAlkalinity, 3) +
+           " % that the pH by charge balance tolerates: that pH is not trustworthy. Give the "
+           "measured pH and alkalinity in the analysis (\"pH\", \"alkalinity\"), or cancel the "
+           "imbalance with --balance-with Cl (or Na).";
+}
+
+/// The library names the constraints by their fields; an analysis file names them by its own.
+std::string inFileWords(std::string message) {
+    const std::pair<const char*, const char*> words[] = {
+        {"Constraints::balanceWith", "\"balance_with\""}, {"Constraints::alkalinity", "the alkalinity"},
+        {"Constraints::pH", "the pH"}};
+    for (const auto& [library, file] : words) {
+        for (auto at = message.find(library); at != std::string::npos; at = message.find(library, at)) {
+            message.replace(at, std::string(library).size(), file);
+        }
+    }
+    return message;
+}
+
+bool needsDensity(const Analysis& a) {
+    return !a.elements.empty() && UnitNames::isPerLitre(a.unit);
 }
 
 void fail(AnalysisResult& r, Status status, const std::string& message, std::string hint) {
@@ -97,8 +135,7 @@ Input Calculator::input(const Analysis& a, double densityGcm3) const {
 bool Calculator::needsEngine(const std::vector<AnalysisResult>& results) {
     for (const AnalysisResult& r : results) {
         const Analysis& a = r.analysis;
-        if (r.status != Status::Invalid && a.densityGcm3 <= 0.0 && !a.elements.empty() &&
-            UnitNames::isPerLitre(a.unit)) {
+        if (r.status != Status::Invalid && a.densityGcm3 <= 0.0 && needsDensity(a)) {
             return true;
         }
     }
@@ -109,19 +146,26 @@ bool Calculator::loadEngine() const { return EngineDensity::load(engineDirectory
 
 void Calculator::prepare(AnalysisResult& r) const {
     try {
-        if (balanceWith_) {
+        if (balanceWith_ && r.analysis.pH) {
+            // At a measured pH the imbalance is closed at that pH, with the carbon of the
+            // alkalinity, not in the analysis beforehand; an ion the file names comes first.
+            if (r.analysis.balanceWith.empty()) r.analysis.balanceWith = *balanceWith_;
+        } else if (balanceWith_) {
             const ChargeBalance before = ChargeBalance::of(r.analysis);
             const double amount = before.amountToCancel(*balanceWith_);
             ChargeBalance::add(r.analysis, *balanceWith_, amount);
             r.balancing = AnalysisResult::Balancing{*balanceWith_, amount, before};
         }
         r.charge = ChargeBalance::of(r.analysis);
-        if (r.charge.large()) r.warnings.push_back(imbalanceWarning(r.charge));
+        if (r.charge.large() && !r.analysis.pH) r.warnings.push_back(imbalanceWarning(r.charge));
+        if (r.charge.large() && r.analysis.pH && r.analysis.balanceWith.empty()) {
+            r.warnings.push_back(measuredPHImbalanceNote(r.charge));
+        }
 
         if (r.analysis.densityGcm3 > 0.0) {
             r.densityGcm3 = r.analysis.densityGcm3;
             r.densitySource = DensitySource::Given;
-        } else if (!r.analysis.elements.empty() && UnitNames::isPerLitre(r.analysis.unit)) {
+        } else if (needsDensity(r.analysis)) {
             r.densitySource = DensitySource::Engine;
             r.densityGcm3 = engineDensity(r);
         } else {
@@ -130,6 +174,7 @@ void Calculator::prepare(AnalysisResult& r) const {
             r.densitySource = DensitySource::NotNeeded;
         }
         if (r.status != Status::Ok) return;
+        r.solids = DissolvedSolids::of(r.analysis, r.densitySource == DensitySource::NotNeeded ? 0.0 : r.densityGcm3);
         const bool computed = r.densitySource == DensitySource::Engine;
         SolutionCheck::requireSolution(r.analysis, r.densityGcm3, computed);
         for (std::string& w : SolutionCheck::warnings(r.analysis, computed, r.densityGcm3)) {
@@ -141,6 +186,52 @@ void Calculator::prepare(AnalysisResult& r) const {
         fail(r, Status::Invalid, r.analysis.source + ": " + e.what(), "");
     } catch (const std::exception& e) {
         fail(r, Status::Failed, e.what(), hintFor(e.what()));
+    }
+}
+
+Constraints Calculator::constraints(const AnalysisResult& r) {
+    Constraints c;
+    c.pH = r.analysis.pH;
+    c.balanceWith = r.analysis.balanceWith;
+    // meq/L to eq/kgw through the water a litre of this brine holds.
+    if (r.analysis.alkalinityMeqPerL) c.alkalinity = *r.analysis.alkalinityMeqPerL * 1e-3 / r.solids.kgWaterPerL;
+    return c;
+}
+
+void Calculator::record(AnalysisResult& r, const Input& in, const Result& result) const {
+    r.pH = result.output.pH;
+    r.solver = result.diagnostics;
+    r.alkalinityEqPerKgw = result.alkalinity;
+    r.constraints = result.constraints;
+    const bool constrained = result.constraints.pHFixed;
+    r.check = SpeciationCheck::check(constrained ? LibraryBasis::of(in, result.constraints) : LibraryBasis::of(in, solveOptions_.activity),
+                                     result.output.pH, result.output.species.values);
+    AnalysisResult::Activities activities{result.activity, result.ionicStrength, result.logWaterActivity, {}};
+    const auto& species = result.output.species.values;
+    for (std::size_t i = 0; i < species.size() && i < result.logActivityCoefficients.size(); ++i)
+        activities.logGammas[species[i].name] = result.logActivityCoefficients[i];
+    r.activities = std::move(activities);
+    if (result.activity != ActivityModel::Ideal) {
+        // The check rebuilds H+ and OH- from the pH with ideal activities at 1 atm; with
+        // activities they also need γ and the pressure-corrected log K, which only the
+        // library knows, so the charge balance is the one it measured over every species.
+        r.check.chargeClosed = result.diagnostics.chargeImbalance <= SpeciationCheck::kChargeRelativeTolerance;
+        r.check.chargeSum = result.diagnostics.chargeImbalance * r.check.chargeScale;
+    }
+    // A measured pH with no ion to take up the imbalance leaves the charge open by design.
+    r.check.chargeLeftOpen = constrained && result.constraints.balancedWith.empty();
+}
+
+void Calculator::judgeImbalance(AnalysisResult& r) const {
+    if (r.analysis.pH || r.charge.large()) return;  // measured, or already warned about
+    const double imbalance = r.solids.perKgWater(r.charge.net(), r.analysis.unit);
+    // At a charge-balanced solution the strong ions' net charge equals the alkalinity, so the
+    // result's alkalinity holds the imbalance; less it, it is what the analysis' own bicarbonate,
+    // carbonate and sulfide carry. Free acid stands in for it in a water that carries none.
+    const double reported = std::fabs(r.alkalinityEqPerKgw - imbalance);
+    const double scale = std::max(reported, std::pow(10.0, -r.pH));
+    if (std::fabs(imbalance) > kImbalanceShareOfAlkalinity * scale) {
+        r.warnings.push_back(alkalinityWarning(imbalance, scale));
     }
 }
 
@@ -158,25 +249,18 @@ void Calculator::calculate(AnalysisResult& r) const {
     if (!prepared) return;
     const Input& in = *prepared;
     try {
-        const Result result = speciator_.speciate(in, solveOptions_);
-        r.pH = result.output.pH;
-        r.solver = result.diagnostics;
-        r.check = SpeciationCheck::check(LibraryBasis::of(in, solveOptions_.activity), result.output.pH, result.output.species.values);
-        AnalysisResult::Activities activities{result.activity, result.ionicStrength, result.logWaterActivity, {}};
-        const auto& species = result.output.species.values;
-        for (std::size_t i = 0; i < species.size() && i < result.logActivityCoefficients.size(); ++i)
-            activities.logGammas[species[i].name] = result.logActivityCoefficients[i];
-        r.activities = std::move(activities);
-        if (result.activity != ActivityModel::Ideal) {
-            // The check rebuilds H+ and OH- from the pH with ideal activities at 1 atm; with
-            // activities they also need γ and the pressure-corrected log K, which only the
-            // library knows, so the charge balance is the one it measured over every species.
-            r.check.chargeClosed = result.diagnostics.chargeImbalance <= SpeciationCheck::kChargeRelativeTolerance;
-            r.check.chargeSum = result.diagnostics.chargeImbalance * r.check.chargeScale;
+        const Constraints imposed = constraints(r);
+        const bool constrained = imposed.pH.has_value();
+        if (constrained && solveOptions_.method == Method::Specified) {
+            fail(r, Status::Invalid, r.analysis.source + ": a measured pH needs the robust solver; --method "
+                                     "specified finds the pH from the charge balance only: leave --method at "
+                                     "robust (the default) or auto", "");
+            return;
         }
+        record(r, in, constrained ? speciator_.speciate(in, imposed, solveOptions_) : speciator_.speciate(in, solveOptions_));
     } catch (const std::invalid_argument& e) {
         // The library refuses input outside its data's range this way: the analysis' fault.
-        fail(r, Status::Invalid, r.analysis.source + ": " + e.what(), "");
+        fail(r, Status::Invalid, r.analysis.source + ": " + inFileWords(e.what()), "");
         return;
     } catch (const std::exception& e) {
         fail(r, Status::Failed, e.what(), hintFor(e.what()));
@@ -192,7 +276,10 @@ void Calculator::calculate(AnalysisResult& r) const {
              "Check the analysis' charge balance (brinecast balance FILE --with Cl) and its "
              "units. The specified solver fails above about 3 mol/kgw of chloride: leave "
              "--method at robust (the default) or auto.");
-    } else if (!(r.pH >= kLowestPlausiblePH && r.pH <= kHighestPlausiblePH)) {
+        return;
+    }
+    judgeImbalance(r);
+    if (!r.analysis.pH && !(r.pH >= kLowestPlausiblePH && r.pH <= kHighestPlausiblePH)) {
         r.warnings.push_back("pH " + NumberText::significant(r.pH, 4) +
                              " lies outside the range of produced waters (2 to 12): the "
                              "analysis' charge imbalance is probably carried by H+ or OH-. "

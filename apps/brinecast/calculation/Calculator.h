@@ -15,8 +15,14 @@ namespace korvane::Brinecast::cli {
 /// being retried by every per-litre analysis.
 class Calculator {
 public:
+    /// Above this share of the alkalinity (in equivalents), a charge imbalance makes the pH by
+    /// charge balance untrustworthy: the carbonate system takes it up, turning that share of
+    /// bicarbonate into CO2 (or back), which moves the pH by at least log10(1.25), 0.1 unit.
+    static constexpr double kImbalanceShareOfAlkalinity = 0.25;
+
     /// `engineDirectory` holds the engine library (kvpvt64.dll); `balanceWith` names the element
-    /// or ion that cancels each analysis' charge imbalance before the calculation, if any;
+    /// or ion that cancels each analysis' charge imbalance before the calculation, if any (at a
+    /// measured pH: that closes it in the calculation, unless the analysis names its own);
     /// `method` is the library's solver (Auto: the specified one, the robust one when that fails)
     /// and `activity` its activity model.
     Calculator(std::string engineDirectory, std::optional<std::string> balanceWith,
@@ -45,11 +51,18 @@ public:
     /// The solver and activity model every analysis is calculated with.
     const SolveOptions& solveOptions() const { return solveOptions_; }
 
+    /// The measured pH, alkalinity (eq/kgw) and balancing ion of an analysis already prepared.
+    static Constraints constraints(const AnalysisResult& result);
+
     /// What a user can do about a message the library threw.
     static std::string hintFor(const std::string& message);
 
 private:
     void prepare(AnalysisResult& result) const;
+    /// Takes the library's result into the program's, checking its balances.
+    void record(AnalysisResult& result, const Input& in, const Result& libraryResult) const;
+    /// Warns when the pH follows from a charge balance whose error rivals the alkalinity.
+    void judgeImbalance(AnalysisResult& result) const;
     /// NaN, with the result marked failed, when the engine cannot give it.
     double engineDensity(AnalysisResult& result) const;
 

@@ -2,6 +2,7 @@
 
 #include "brinecast/calculation/SharedReactionData.h"
 
+#include "database/ElementTable.h"
 #include "engine/ProcessedInput.h"
 #include "interface/PitzerMethod.h"
 #include "solver/BasisPreparationCache.h"
@@ -40,6 +41,28 @@ BasisData LibraryBasis::of(const Input& input, ActivityModel activity) {
     b.charges.assign(set.charges.begin(), set.charges.end());
     b.logK = set.logK;
     b.coefficients = set.coefficients;
+    return b;
+}
+
+BasisData LibraryBasis::of(const Input& input, const ConstraintOutcome& outcome) {
+    static const ElementTable table;
+    Input withCarbon = input;
+    bool hasCarbon = false;
+    for (const NameValue& e : input.elements.values) hasCarbon = hasCarbon || e.name == "C";
+    for (const NameValue& g : input.gases.values) hasCarbon = hasCarbon || table.gasElement(g.name) == "C";
+    // An analysis without carbon gets the carbon of its alkalinity: give the basis its component,
+    // whose total is replaced below. The placeholder is too small to move the other totals, which
+    // per-litre and per-kg-of-solution units convert through the whole dissolved mass.
+    constexpr double kPlaceholderAmount = 1e-12;  // in the analysis' unit
+    if (outcome.alkalinityImposed && !hasCarbon) withCarbon.elements.push_back({"C", kPlaceholderAmount});
+    BasisData b = of(withCarbon);
+    auto setTotal = [&b](const std::string& basis, double total) {
+        for (std::size_t j = 0; j < b.basisNames.size(); ++j) {
+            if (b.basisNames[j] == basis) b.totals[j] = total;
+        }
+    };
+    if (!outcome.balancedWith.empty()) setTotal(table.basisSpecies(outcome.balancedWith), outcome.balancedTotal);
+    if (outcome.alkalinityImposed) setTotal(table.basisSpecies("C"), outcome.derivedCarbon);
     return b;
 }
 

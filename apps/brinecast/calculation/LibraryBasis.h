@@ -6,6 +6,8 @@
 #include <korvane/Brinecast.h>
 
 #include <string>
+#include <korvane/ConstraintOutcome.h>
+
 #include <vector>
 
 namespace korvane::Brinecast::cli {
@@ -17,6 +19,9 @@ public:
     /// charges, log K values and coefficients of its basis reaction set; under Pitzer those of
     /// the Pitzer species set, which has its own species.
     static BasisData of(const Input& input, ActivityModel activity = ActivityModel::Ideal);
+    /// The same with the totals a constrained calculation derived: the closing component's
+    /// adjusted total and the carbon that meets a measured alkalinity.
+    static BasisData of(const Input& input, const ConstraintOutcome& outcome);
 
     /// Every species a calculation of `input` can report under a component: those of its basis
     /// reaction set with a coefficient on some component other than water and H+, component by

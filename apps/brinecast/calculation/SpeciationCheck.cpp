@@ -79,13 +79,13 @@ std::string pairSpecies(const BasisData& b, const std::vector<NameValue>& listed
 }  // namespace
 
 bool SpeciationCheck::Result::closed() const {
-    if (!mismatch.empty() || !chargeClosed) return false;
+    if (!mismatch.empty() || !(chargeClosed || chargeLeftOpen)) return false;
     return std::all_of(components.begin(), components.end(),
                        [](const Component& c) { return c.closed; });
 }
 
 double SpeciationCheck::Result::worstRelativeError() const {
-    double worst = relativeError(chargeSum, chargeScale);
+    double worst = chargeLeftOpen ? 0.0 : relativeError(chargeSum, chargeScale);
     for (const Component& c : components) {
         worst = std::max(worst, relativeError(c.sum - c.total, c.total));
     }

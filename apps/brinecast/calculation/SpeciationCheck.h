@@ -44,6 +44,9 @@ public:
         double chargeSum = 0.0;    ///< eq/kgw, over every species including H+ and OH-
         double chargeScale = 0.0;  ///< eq/kgw, sum of |charge| x molality
         bool chargeClosed = false;
+        /// A measured pH with no ion to take up the imbalance leaves the charge balance open by
+        /// design: it is reported, not judged.
+        bool chargeLeftOpen = false;
         /// Empty when the result matches the basis reaction set; otherwise what did not match.
         std::string mismatch;
 

@@ -39,6 +39,11 @@ Input basisInput(const Analysis& a, const std::optional<std::string>& balanceWit
                                     [&](const NameValue& e) { return e.name == *balanceWith; })) {
         in.elements.push_back({*balanceWith, 1.0});
     }
+    // A measured alkalinity brings carbon to an analysis that lists none.
+    const auto carbon = [](const NameValue& e) { return e.name == "C"; };
+    if (a.alkalinityMeqPerL && std::none_of(a.elements.begin(), a.elements.end(), carbon)) {
+        in.elements.push_back({"C", 1.0});
+    }
     in.gases.assign(a.gases, MolPerKgw);
     return in;
 }

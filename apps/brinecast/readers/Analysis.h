@@ -2,6 +2,7 @@
 
 #include <korvane/Brinecast.h>
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -25,6 +26,12 @@ struct Analysis {
     /// The part of the "C" amount that the analysis reported as carbonate (CO3--), in `unit`
     /// and, for mass units, as the bicarbonate mass the library counts carbon in.
     double carbonateCarbon = 0.0;
+    /// Measured pH; empty when the pH is to follow from the charge balance.
+    std::optional<double> pH;
+    /// Measured alkalinity, meq/L, titrated at the measured pH.
+    std::optional<double> alkalinityMeqPerL;
+    /// Library element whose total takes up the charge imbalance at the measured pH; empty: none.
+    std::string balanceWith;
     /// Conversions made while reading, worded for the report.
     std::vector<std::string> notes;
 };

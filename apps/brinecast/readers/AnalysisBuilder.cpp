@@ -18,6 +18,13 @@ namespace {
 constexpr double kLowestDensityGcm3 = 0.5;
 constexpr double kHighestDensityGcm3 = 2.0;
 
+std::string amountNote(const std::string& fileUnit, const UnitNames::Amount& a) {
+    const std::string read = "amounts in " + fileUnit + " read as " + UnitNames::concentrationName(a.unit);
+    if (a.perEquivalent) return read + ", each divided by the charge of its ion";
+    if (a.unit == MgPerKg) return read + " of solution";
+    return read + " (x " + NumberText::significant(a.factor, 6) + ")";
+}
+
 }  // namespace
 
 AnalysisBuilder::AnalysisBuilder(const ComponentNames& names, std::string source,
@@ -64,7 +71,10 @@ void AnalysisBuilder::pressure(double value, const std::string& unit, const std:
     }
     if (!(*pascal > 0.0)) {
         fail(where, NumberText::exact(value) + " " + unit +
-                        " is not a pressure above zero; give the absolute pressure");
+                        (UnitNames::isGauge(unit)
+                             ? " is below vacuum (gauge pressures count from 1 atm, 1.01325 bar); "
+                               "give the gauge reading above -1.01325 bar"
+                             : " is not a pressure above zero; give the absolute pressure"));
     }
     if (!(*pascal <= limits::kMaxPressurePa)) {
         fail(where, NumberText::exact(value) + " " + unit + " (" + NumberText::significant(*pascal / 1e6, 6) +
@@ -85,13 +95,42 @@ void AnalysisBuilder::density(double value, const std::string& where) {
 }
 
 void AnalysisBuilder::unit(const std::string& name, const std::string& where) {
-    const std::optional<ConcentUnit> unit = UnitNames::concentration(name);
-    if (!unit) {
+    const std::optional<UnitNames::Amount> amount = UnitNames::amount(name);
+    if (!amount) {
         fail(where, "\"" + name + "\" is not a concentration unit; use " +
                         UnitNames::concentrationAccepted());
     }
-    analysis_.unit = *unit;
+    amount_ = *amount;
+    unitName_ = name;
+    analysis_.unit = amount->unit;
     haveUnit_ = true;
+}
+
+void AnalysisBuilder::measuredPH(double value, const std::string& where) {
+    if (!(value >= 0.0 && value <= 14.0)) {
+        fail(where, NumberText::exact(value) + " is not a pH; give the measured pH, between 0 and 14");
+    }
+    analysis_.pH = value;
+}
+
+void AnalysisBuilder::alkalinity(double value, const std::string& unit, const std::string& where,
+                                 const std::string& unitWhere) {
+    requireFinite(value, NumberText::exact(value), where);
+    const std::optional<double> meq = UnitNames::alkalinityMeqPerL(value, unit);
+    if (!meq) {
+        fail(unitWhere, "\"" + unit + "\" is not an alkalinity unit; use " + UnitNames::alkalinityAccepted());
+    }
+    analysis_.alkalinityMeqPerL = *meq;
+}
+
+void AnalysisBuilder::balanceWith(const std::string& name, const std::string& where) {
+    const std::optional<ComponentNames::Element> e = names_.element(name);
+    if (!e || e->carbonate) {
+        fail(where, "\"" + name + "\" is not an element or ion that can take up the charge "
+                    "imbalance; name a major ion of the analysis, as Cl- or Na+");
+    }
+    analysis_.balanceWith = e->name;
+    balanceWhere_ = where;
 }
 
 AnalysisBuilder::Entry& AnalysisBuilder::entryFor(const ComponentNames::Element& e,
@@ -129,6 +168,7 @@ void AnalysisBuilder::element(const std::string& name, double value, const std::
     Entry& entry = entryFor(*e, name, where);
     (e->carbonate ? entry.hasCarbonate : entry.hasPlain) = true;
     (e->carbonate ? entry.carbonate : entry.plain) = value;
+    if (!e->carbonate) entry.charge = e->charge;
 }
 
 void AnalysisBuilder::gas(const std::string& name, double value, const std::string& where) {
@@ -154,24 +194,7 @@ Analysis AnalysisBuilder::build() const {
                          UnitNames::concentrationAccepted());
     }
     Analysis a = analysis_;
-    const bool mass = UnitNames::isMass(a.unit);
-    const double carbonateScale = mass ? names_.carbonateToBicarbonateMass() : 1.0;
-    for (const Entry& e : entries_) {
-        const double carbonate = e.carbonate * carbonateScale;
-        const double value = e.plain + carbonate;
-        if (value == 0.0) continue;
-        a.elements.push_back({e.element, value});
-        if (e.hasCarbonate && carbonate > 0.0) {
-            a.carbonateCarbon = carbonate;
-            if (mass) {
-                const std::string unit = UnitNames::concentrationName(a.unit);
-                a.notes.push_back("CO3-- " + NumberText::exact(e.carbonate) + " " + unit +
-                                  " counted as C " + NumberText::significant(carbonate, 6) + " " +
-                                  unit + ": the same carbon, as the bicarbonate mass the "
-                                         "library counts C in");
-            }
-        }
-    }
+    convertAmounts(a);
     std::vector<NameValue> gases;
     for (const NameValue& g : a.gases) {
         if (g.value != 0.0) gases.push_back(g);
@@ -181,8 +204,60 @@ Analysis AnalysisBuilder::build() const {
         fail("elements", "no element or gas has an amount above zero; give the analysis' "
                          "elements or ions with their amounts");
     }
+    requireConstraintsComplete(a);
     SolutionCheck::requireAmounts(a);
     return a;
+}
+
+void AnalysisBuilder::requireConstraintsComplete(const Analysis& a) const {
+    if (a.alkalinityMeqPerL && !a.pH) {
+        fail("alkalinity", "a measured alkalinity needs the pH it was titrated at; give the "
+                           "measured \"pH\" as well");
+    }
+    if (a.alkalinityMeqPerL && !UnitNames::isPerLitre(a.unit) && !(a.densityGcm3 > 0.0)) {
+        const std::string amounts = a.elements.empty() ? "gases alone"
+                                                       : "amounts in " + UnitNames::concentrationName(a.unit);
+        fail("alkalinity", "an alkalinity per litre needs the brine density to be read per kg of water, "
+                           "and " + amounts + " do not give it; give the \"density\" (g/cm3), or the "
+                           "amounts per litre");
+    }
+    if (a.balanceWith.empty()) return;
+    if (!a.pH) {
+        fail(balanceWhere_, "an ion takes up the charge imbalance only when the pH is measured "
+                            "(otherwise the charge balance sets the pH); give the measured \"pH\", "
+                            "or cancel the imbalance beforehand with --balance-with");
+    }
+    for (const NameValue& e : a.elements) {
+        if (e.name == a.balanceWith) return;
+    }
+    fail(balanceWhere_, "the analysis holds no " + a.balanceWith + " whose amount could take up "
+                        "the charge imbalance; name a major ion the analysis holds, as Cl- or Na+");
+}
+
+void AnalysisBuilder::convertAmounts(Analysis& a) const {
+    const bool mass = UnitNames::isMass(a.unit);
+    const double carbonateScale = (mass ? names_.carbonateToBicarbonateMass() : 1.0) * amount_.factor /
+                                  (amount_.perEquivalent ? 2.0 : 1.0);
+    if (haveUnit_ && !UnitNames::concentration(unitName_)) {
+        a.notes.push_back(amountNote(unitName_, amount_));
+    }
+    for (const Entry& e : entries_) {
+        const double carbonate = e.carbonate * carbonateScale;
+        const double perCharge = amount_.perEquivalent && e.charge > 0 ? 1.0 / e.charge : 1.0;
+        const double value = e.plain * amount_.factor * perCharge + carbonate;
+        if (value == 0.0) continue;
+        a.elements.push_back({e.element, value});
+        if (e.hasCarbonate && carbonate > 0.0) {
+            a.carbonateCarbon = carbonate;
+            if (mass) {
+                const std::string unit = UnitNames::concentrationName(a.unit);
+                a.notes.push_back("CO3-- " + NumberText::exact(e.carbonate) + " " + unitName_ +
+                                  " counted as C " + NumberText::significant(carbonate, 6) + " " +
+                                  unit + ": the same carbon, as the bicarbonate mass the "
+                                         "library counts C in");
+            }
+        }
+    }
 }
 
 }  // namespace korvane::Brinecast::cli

@@ -2,6 +2,7 @@
 
 #include "brinecast/readers/Analysis.h"
 #include "brinecast/readers/ComponentNames.h"
+#include "brinecast/readers/UnitNames.h"
 
 #include <optional>
 #include <string>
@@ -31,6 +32,13 @@ public:
     /// An element, lab ion or carbonate amount in the analysis' unit. A zero amount is an absent
     /// component and is left out: the library cannot start from a total of exactly zero.
     void element(const std::string& name, double value, const std::string& where);
+    /// The measured pH, 0 to 14.
+    void measuredPH(double value, const std::string& where);
+    /// The measured alkalinity in a unit of `UnitNames::alkalinityMeqPerL`.
+    void alkalinity(double value, const std::string& unit, const std::string& where,
+                    const std::string& unitWhere);
+    /// The element or ion that takes up the charge imbalance once the pH is measured.
+    void balanceWith(const std::string& name, const std::string& where);
     /// A dissolved gas, mol/kgw.
     void gas(const std::string& name, double value, const std::string& where);
 
@@ -45,12 +53,16 @@ private:
     struct Entry {
         std::string element;
         std::string firstName;  // as the file wrote it, for messages
-        double plain = 0.0;     // given as the element or a non-carbonate ion
-        double carbonate = 0.0; // given as CO3--
+        double plain = 0.0;     // given as the element or a non-carbonate ion, in the file's unit
+        double carbonate = 0.0; // given as CO3--, in the file's unit
+        int charge = 0;         // |charge| of the plain part's ion
         bool hasPlain = false;
         bool hasCarbonate = false;
     };
 
+    /// Library-unit amounts of each entry, with a note for a lab unit the library lacks.
+    void convertAmounts(Analysis& a) const;
+    void requireConstraintsComplete(const Analysis& a) const;
     Entry& entryFor(const ComponentNames::Element& e, const std::string& name,
                     const std::string& where);
 
@@ -60,6 +72,9 @@ private:
     bool haveTemperature_ = false;
     bool havePressure_ = false;
     bool haveUnit_ = false;
+    std::string unitName_;  // as the file wrote it
+    UnitNames::Amount amount_;
+    std::string balanceWhere_;
     std::vector<Entry> entries_;
 };
 

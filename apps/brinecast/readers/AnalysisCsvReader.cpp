@@ -3,6 +3,7 @@
 #include "brinecast/readers/AnalysisBuilder.h"
 #include "brinecast/readers/CsvTable.h"
 #include "brinecast/readers/InputError.h"
+#include "brinecast/readers/UnitNames.h"
 
 #include <array>
 #include <cstdlib>
@@ -12,9 +13,9 @@ namespace korvane::Brinecast::cli {
 namespace {
 
 enum class Column { Name, Description, Temperature, TemperatureUnit, Pressure, PressureUnit,
-                    Density, Unit, Element, Gas };
+                    Density, Unit, PH, Alkalinity, AlkalinityUnit, BalanceWith, Element, Gas };
 
-constexpr std::array<std::pair<const char*, Column>, 8> kFixedColumns{{
+constexpr std::array<std::pair<const char*, Column>, 12> kFixedColumns{{
     {"name", Column::Name},
     {"description", Column::Description},
     {"temperature", Column::Temperature},
@@ -23,6 +24,10 @@ constexpr std::array<std::pair<const char*, Column>, 8> kFixedColumns{{
     {"pressure_unit", Column::PressureUnit},
     {"density", Column::Density},
     {"unit", Column::Unit},
+    {"pH", Column::PH},
+    {"alkalinity", Column::Alkalinity},
+    {"alkalinity_unit", Column::AlkalinityUnit},
+    {"balance_with", Column::BalanceWith},
 }};
 
 std::string fixedColumnList() {
@@ -95,6 +100,24 @@ Layout readHeader(const std::vector<std::string>& header, const ComponentNames& 
     return layout;
 }
 
+/// The optional measured pH, alkalinity and balancing ion; an empty cell gives none.
+void readConstraints(AnalysisBuilder& b, const std::vector<std::string>& header, const Layout& layout,
+                     const CsvTable::Row& row) {
+    auto given = [&](Column c) { return layout.fixed.count(c) && !row.fields[layout.fixed.at(c)].empty(); };
+    auto cell = [&](Column c) { return given(c) ? row.fields[layout.fixed.at(c)] : std::string(); };
+    auto where = [&](Column c) { return columnName(header[layout.fixed.at(c)]); };
+    if (given(Column::PH)) b.measuredPH(number(b, cell(Column::PH), where(Column::PH)), where(Column::PH));
+    if (given(Column::Alkalinity)) {
+        if (!layout.fixed.count(Column::AlkalinityUnit)) {
+            b.fail(where(Column::Alkalinity), "has no unit; add a column \"alkalinity_unit\" holding " +
+                                                  UnitNames::alkalinityAccepted());
+        }
+        b.alkalinity(number(b, cell(Column::Alkalinity), where(Column::Alkalinity)), cell(Column::AlkalinityUnit),
+                     where(Column::Alkalinity), where(Column::AlkalinityUnit));
+    }
+    if (given(Column::BalanceWith)) b.balanceWith(cell(Column::BalanceWith), where(Column::BalanceWith));
+}
+
 Analysis readRow(const ComponentNames& names, const std::vector<std::string>& header,
                  const Layout& layout, const CsvTable::Row& row, const std::string& fileName) {
     const std::string source = fileName + ":" + std::to_string(row.line);
@@ -121,6 +144,7 @@ Analysis readRow(const ComponentNames& names, const std::vector<std::string>& he
         b.density(number(b, cell(Column::Density), where(Column::Density)), where(Column::Density));
     }
     if (!cell(Column::Unit).empty()) b.unit(cell(Column::Unit), where(Column::Unit));
+    readConstraints(b, header, layout, row);
     for (std::size_t i = 0; i < header.size(); ++i) {
         const Column c = layout.columns[i];
         if ((c != Column::Element && c != Column::Gas) || row.fields[i].empty()) continue;

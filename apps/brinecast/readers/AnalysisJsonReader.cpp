@@ -17,8 +17,9 @@ namespace {
 
 using rapidjson::Value;
 
-constexpr std::array<const char*, 8> kFields{"name",    "description", "temperature", "pressure",
-                                             "density", "unit",        "elements",    "gases"};
+constexpr std::array<const char*, 11> kFields{"name",  "description", "temperature", "pressure",
+                                              "density", "unit",      "elements",    "gases",
+                                              "pH",      "alkalinity", "balance_with"};
 
 std::string acceptedFields() {
     std::string text;
@@ -90,6 +91,11 @@ double numberField(const AnalysisBuilder& b, const Value& v, const std::string& 
     return v.GetDouble();
 }
 
+std::string exampleUnit(const std::string& field) {
+    if (field == "temperature") return "\xC2\xB0" "C";
+    return field == "alkalinity" ? "mg/L as HCO3-" : "bar";
+}
+
 /// {"value": 25, "unit": "°C"}
 void quantity(AnalysisBuilder& b, const Value& v, const std::string& field,
               void (AnalysisBuilder::*set)(double, const std::string&, const std::string&,
@@ -97,7 +103,7 @@ void quantity(AnalysisBuilder& b, const Value& v, const std::string& field,
     const std::string where = fieldName(field);
     if (!v.IsObject() || !v.HasMember("value") || !v.HasMember("unit") || v.MemberCount() != 2) {
         b.fail(where, "must be an object with a value and its unit, as {\"value\": 25, "
-                      "\"unit\": \"" + std::string(field == "temperature" ? "\xC2\xB0" "C" : "bar") +
+                      "\"unit\": \"" + exampleUnit(field) +
                           "\"}");
     }
     const double value = numberField(b, v["value"], where + " value");
@@ -143,6 +149,12 @@ Analysis readOne(const ComponentNames& names, const Value& object, const std::st
             b.density(numberField(b, m.value, fieldName(field)), fieldName(field));
         } else if (field == "unit") {
             b.unit(stringField(b, m.value, field), fieldName(field));
+        } else if (field == "pH") {
+            b.measuredPH(numberField(b, m.value, fieldName(field)), fieldName(field));
+        } else if (field == "alkalinity") {
+            quantity(b, m.value, field, &AnalysisBuilder::alkalinity);
+        } else if (field == "balance_with") {
+            b.balanceWith(stringField(b, m.value, field), fieldName(field));
         } else if (field == "elements") {
             amounts(b, m.value, field, &AnalysisBuilder::element);
         } else if (field == "gases") {

@@ -24,6 +24,14 @@ bool isSolvent(const ElementTable::Element& e) {
     return e.basisSpecies == "H2O" || e.basisSpecies == "H+";
 }
 
+// |charge| of a counted-charge ion name: "Ca+2" 2, "Cl-" 1, "SO4-2" 2.
+int chargeOf(const std::string& ion) {
+    const auto sign = ion.find_last_of("+-");
+    if (sign == std::string::npos) return 0;
+    const std::string digits = ion.substr(sign + 1);
+    return digits.empty() ? 1 : std::stoi(digits);
+}
+
 }  // namespace
 
 std::optional<ComponentNames::Element> ComponentNames::element(const std::string& name) const {
@@ -35,7 +43,7 @@ std::optional<ComponentNames::Element> ComponentNames::element(const std::string
 
 std::optional<ComponentNames::Element> ComponentNames::resolve(const std::string& name) const {
     std::optional<std::string> found;
-    if (isCarbonate(name)) return Element{"C", true};
+    if (isCarbonate(name)) return Element{"C", true, 2};
     for (const ElementTable::Element& e : table_.elements()) {
         if (e.name == name) found = name;
     }
@@ -47,7 +55,7 @@ std::optional<ComponentNames::Element> ComponentNames::resolve(const std::string
     for (const ElementTable::Element& e : table_.elements()) {
         if (e.name == *found && isSolvent(e)) return std::nullopt;
     }
-    return Element{*found, false};
+    return Element{*found, false, chargeOf(table_.ionName(*found))};
 }
 
 bool ComponentNames::isGas(const std::string& name) const {

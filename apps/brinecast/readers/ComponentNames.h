@@ -16,6 +16,9 @@ public:
     struct Element {
         std::string name;        ///< the library's element name
         bool carbonate = false;  ///< given as CO3--: the amount is carbonate, counted as "C"
+        /// |charge| of the ion the name stands for: the lab ion's, or for an element name the
+        /// charge of the ion it is reported as (1 for "C", read as HCO3-; 2 for "S(6)", SO4--).
+        int charge = 0;
     };
 
     /// The element `name` stands for, or nothing when the name is not known. Each name is

@@ -1,5 +1,6 @@
 #include "brinecast/reports/CsvReport.h"
 
+#include "brinecast/reports/LabText.h"
 #include "brinecast/reports/NumberText.h"
 #include "brinecast/reports/ResultText.h"
 #include "brinecast/readers/Utf8Text.h"
@@ -12,6 +13,18 @@ namespace korvane::Brinecast::cli {
 namespace {
 
 std::string number(double value) { return std::isfinite(value) ? NumberText::exact(value) : ""; }
+
+/// pH source, alkalinity, dissolved solids, and what a measured pH imposed.
+void writeLabColumns(std::ostream& out, const AnalysisResult& r) {
+    const bool calculated = r.calculated();
+    const ConstraintOutcome& c = r.constraints;
+    const bool balanced = calculated && !c.balancedWith.empty();
+    out << ',' << (calculated ? LabText::pHSource(r) : "") << ','
+        << (calculated ? number(r.alkalinityEqPerKgw) : "") << ',' << number(r.solids.mgPerL) << ','
+        << number(r.solids.mgPerKg) << ',' << (balanced ? CsvReport::field(c.balancedWith) : "") << ','
+        << (balanced ? number(c.balanceAdjustment) : "") << ','
+        << (calculated && c.alkalinityImposed ? number(c.derivedCarbon) : "");
+}
 
 }  // namespace
 
@@ -53,7 +66,9 @@ void CsvReport::writeHeader(std::ostream& out, const std::vector<std::string>& s
         out << ",warnings,temperature_K,pressure_Pa,density_g_cm3,density_source,"
                "charge_balance_error_percent,balanced_with,balancing_amount,"
                "worst_relative_error,solver,solver_iterations,mass_balance_error,charge_imbalance,"
-               "activity_model,ionic_strength_mol_per_kgw,water_activity";
+               "activity_model,ionic_strength_mol_per_kgw,water_activity,"
+               "pH_source,alkalinity_eq_per_kgw,tds_mg_per_L,tds_mg_per_kg,"
+               "imposed_balance_with,imposed_balance_adjustment_mol_per_kgw,derived_carbon_mol_per_kgw";
         for (const std::string& s : species) out << ',' << field(s + " (mol/kgw)");
         for (const std::string& s : species) out << ',' << field(s + " log10 gamma");
         for (const std::string& s : species) out << ',' << field(s + " log10 activity");
@@ -88,6 +103,7 @@ void CsvReport::writeRow(std::ostream& out, const AnalysisResult& r,
         out << ',' << (activity ? ResultText::activityModel(activity->model) : "") << ','
             << (activity ? number(activity->ionicStrengthMolPerKgw) : "") << ','
             << (activity ? number(std::pow(10.0, activity->logWaterActivity)) : "");
+        writeLabColumns(out, r);
         std::map<std::string, double> molality;
         for (const SpeciationCheck::Component& c : r.check.components) {
             for (const SpeciationCheck::Species& s : c.species) molality[s.name] = s.molality;

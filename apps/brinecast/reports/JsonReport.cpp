@@ -1,5 +1,6 @@
 #include "brinecast/reports/JsonReport.h"
 
+#include "brinecast/reports/LabText.h"
 #include "brinecast/reports/ResultText.h"
 #include "brinecast/readers/UnitNames.h"
 #include "brinecast/readers/Utf8Text.h"
@@ -61,6 +62,10 @@ void check(Writer& w, const SpeciationCheck::Result& c) {
     number(w, "chargeSumEqPerKgw", c.chargeSum);
     number(w, "chargeScaleEqPerKgw", c.chargeScale);
     number(w, "worstRelativeError", c.worstRelativeError());
+    if (c.chargeLeftOpen) {
+        w.Key("chargeLeftOpen");
+        w.Bool(true);
+    }
     if (!c.mismatch.empty()) text(w, "mismatch", c.mismatch);
     w.EndObject();
 }
@@ -122,6 +127,29 @@ void components(Writer& w, const SpeciationCheck::Result& c, const ComponentName
     w.EndArray();
 }
 
+/// The lab's quantities: dissolved solids, alkalinity, and what a measured pH imposed.
+void labQuantities(Writer& w, const AnalysisResult& r) {
+    key(w, "dissolvedSolids");
+    w.StartObject();
+    number(w, "mgPerL", r.solids.mgPerL);
+    number(w, "mgPerKg", r.solids.mgPerKg);
+    w.EndObject();
+    if (!r.calculated()) return;
+    text(w, "pHSource", LabText::pHSource(r));
+    number(w, "alkalinityEqPerKgw", r.alkalinityEqPerKgw);
+    if (!r.constraints.pHFixed) return;
+    key(w, "imposed");
+    w.StartObject();
+    if (r.analysis.alkalinityMeqPerL) number(w, "alkalinityMeqPerL", *r.analysis.alkalinityMeqPerL);
+    if (r.constraints.alkalinityImposed) number(w, "derivedCarbonMolPerKgw", r.constraints.derivedCarbon);
+    if (!r.constraints.balancedWith.empty()) {
+        text(w, "balancedWith", r.constraints.balancedWith);
+        number(w, "balanceAdjustmentMolPerKgw", r.constraints.balanceAdjustment);
+        number(w, "balancedTotalMolPerKgw", r.constraints.balancedTotal);
+    }
+    w.EndObject();
+}
+
 /// With `names`, the whole result; without, the pH and status alone.
 void analysis(Writer& w, const AnalysisResult& r, const ComponentNames* names) {
     const Analysis& a = r.analysis;
@@ -148,6 +176,7 @@ void analysis(Writer& w, const AnalysisResult& r, const ComponentNames* names) {
             chargeBalance(w, "before", r.balancing->before);
             w.EndObject();
         }
+        labQuantities(w, r);
         texts(w, "notes", a.notes);
         texts(w, "warnings", r.warnings);
         if (r.calculated()) {

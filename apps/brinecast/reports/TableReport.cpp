@@ -1,5 +1,6 @@
 #include "brinecast/reports/TableReport.h"
 
+#include "brinecast/reports/LabText.h"
 #include "brinecast/reports/NumberText.h"
 #include "brinecast/reports/ResultText.h"
 #include "brinecast/reports/TextTable.h"
@@ -73,6 +74,11 @@ std::string check(const SpeciationCheck::Result& c) {
         if (!c.chargeClosed) open += std::string(open.empty() ? "" : ", ") + "charge";
         return "NOT CLOSED (" + open + "): these numbers are not a solution";
     }
+    if (c.chargeLeftOpen) {
+        return "mass balances close (largest relative error " + NumberText::significant(c.worstRelativeError(), 2) +
+               "); the charge balance is left open at the measured pH, off by " +
+               NumberText::significant(100.0 * std::fabs(c.chargeSum) / c.chargeScale, 3) + " % of the ionic charge";
+    }
     return "mass balances and charge balance close (largest relative error " +
            NumberText::significant(c.worstRelativeError(), 2) + ")";
 }
@@ -137,13 +143,16 @@ void writeOne(std::ostream& out, const AnalysisResult& r, const ComponentNames& 
                                         charge(r.balancing->before));
     }
     field(out, "Charge balance", charge(r.charge));
+    if (std::isfinite(r.solids.mgPerKg)) field(out, "TDS", LabText::solids(r.solids));
     for (const std::string& w : r.warnings) field(out, "Warning", w);
     if (!r.calculated()) {
         field(out, "Status", "failed: " + r.error);
         if (!r.hint.empty()) field(out, "What to try", r.hint);
         return;
     }
-    field(out, "pH", NumberText::fixed(r.pH, 3));
+    field(out, "pH", NumberText::fixed(r.pH, 3) + (r.constraints.pHFixed ? ", measured" : ""));
+    field(out, "Alkalinity", LabText::alkalinity(r));
+    if (!r.constraints.balancedWith.empty()) field(out, "Taken up by", LabText::balancedWith(r.constraints));
     if (r.activities) field(out, "Activities", activities(*r.activities));
     if (r.solver) field(out, "Solver", solver(*r.solver));
     field(out, "Check", check(r.check));

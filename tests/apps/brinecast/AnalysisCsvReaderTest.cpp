@@ -61,3 +61,26 @@ TEST(AnalysisCsvReader, EveryRowKeepsItsPlaceAndABadRowCarriesItsError) {
 TEST(AnalysisCsvReader, HeaderProblemsRefuseTheWholeFile) {
     expectEveryCaseRefused("bad-csv-headers.txt", [](const std::string& text) { read(text); });
 }
+
+// The measured quantities are optional per row: an empty cell imposes nothing, so one batch can
+// mix analyses with and without a measured pH.
+TEST(AnalysisCsvReader, MeasuredPHAlkalinityAndBalancingIonArePerRow) {
+    const auto rows = read("name,temperature,temperature_unit,pressure,pressure_unit,unit,pH,alkalinity,"
+                           "alkalinity_unit,balance_with,Na+,Cl-,HCO3-\n"
+                           "A,77,°F,100,psig,mg/L,7.1,250,mg/L as CaCO3,Na+,11000,17000,300\n"
+                           "B,25,°C,1,atm,mg/L,,,,,11000,17000,300\n"
+                           "C,25,°C,1,atm,mg/L,,250,mg/L as CaCO3,,11000,17000,300\n"
+                           "D,25,°C,1,atm,mg/L,7.1,250,mg/L CaCO3,,11000,17000,300\n");
+    ASSERT_EQ(rows.size(), 4u);
+    ASSERT_TRUE(rows[0].analysis) << rows[0].error;
+    EXPECT_EQ(rows[0].analysis->pH, 7.1);
+    EXPECT_NEAR(*rows[0].analysis->alkalinityMeqPerL, 250.0 / 50.0435, 1e-12);
+    EXPECT_EQ(rows[0].analysis->balanceWith, "Na");
+    ASSERT_TRUE(rows[1].analysis) << rows[1].error;
+    EXPECT_FALSE(rows[1].analysis->pH);
+    EXPECT_FALSE(rows[1].analysis->alkalinityMeqPerL);
+    EXPECT_TRUE(rows[1].analysis->balanceWith.empty());
+    EXPECT_EQ(rows[2].error.rfind("batch.csv:4: alkalinity: a measured alkalinity needs the pH", 0), 0u) << rows[2].error;
+    EXPECT_EQ(rows[3].error.rfind("batch.csv:5: column \"alkalinity_unit\": \"mg/L CaCO3\" is not an alkalinity unit", 0), 0u)
+        << rows[3].error;
+}

@@ -53,7 +53,7 @@ const std::string kUnbalanced = kData + "/unbalanced.json";
 TEST(Program, EveryShippedExampleGivesACheckedReportWithAPlausiblePH) {
     ScratchDirectory scratch;
     for (const char* example : {"standard-seawater", "north-sea-formation-water", "basin-brine",
-                                "sour-produced-water", "condensed-water"}) {
+                                "sour-produced-water", "condensed-water", "field-lab-report"}) {
         const ProgramRun run =
             brinecast("speciate --format json " + kExamples + "/" + example + ".json", scratch);
         EXPECT_EQ(run.status, 0) << example << "\n" << run.err;
@@ -156,7 +156,7 @@ TEST(Program, EveryUnitAndLabIonNameIsAccepted) {
         if (line.rfind("T ", 0) == 0) conditions.push_back(line.substr(2));
         if (line.rfind("A ", 0) == 0) amounts.push_back(line.substr(2));
     }
-    ASSERT_EQ(conditions.size() * amounts.size(), 30u);
+    ASSERT_EQ(conditions.size() * amounts.size(), 72u);
     double reference = 0.0;
     for (const std::string& c : conditions) {
         for (const std::string& a : amounts) {
@@ -181,8 +181,8 @@ TEST(Program, BadInputIsRefusedWithItsMessageAndStatus2) {
     const Case cases[] = {
         {"a.json", head + R"("unit": "mg/L", "elements": {"Unobtainium": 1}})", "speciate",
          "\"Unobtainium\" is not a known element or ion; use C, Ca"},
-        {"a.json", head + R"("unit": "ppm", "elements": {"Na+": 1}})", "ph",
-         "field \"unit\": \"ppm\" is not a concentration unit; use mol/kgw, mmol/kgw, mmol/L, mg/L or mg/kg"},
+        {"a.json", head + R"("unit": "ppb", "elements": {"Na+": 1}})", "ph",
+         "field \"unit\": \"ppb\" is not a concentration unit; use mol/kgw, mmol/kgw, mmol/L, meq/L, mg/L, g/L, mg/kg or ppm"},
         {"a.csv", "name,temperature,temperature_unit,pressure,pressure_unit,unit,Na+\nA,25,°C,1,bar,mg/L,12.5.1\n",
          "speciate", "a.csv:2: column \"Na+\": \"12.5.1\" is not a number"},
         {"a.json", "", "ph", "a.json: the file is empty"},
