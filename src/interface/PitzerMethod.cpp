@@ -5,7 +5,9 @@
 #include "database/ElementTable.h"
 #include "database/SpeciesModel.h"
 #include "engine/ProcessedInput.h"
+#include "interface/BasisAlkalinity.h"
 #include "interface/CalculationDriver.h"
+#include "interface/ConstraintPlan.h"
 #include "solver/BalanceClosure.h"
 
 #include <algorithm>
@@ -28,9 +30,12 @@ std::string elementOf(const std::string& basis, const ElementTable& table) {
     return basis;
 }
 
-/// The Pitzer components of the analysis, or std::invalid_argument naming what Pitzer lacks.
-std::vector<PitzerComponent> pitzerComponents(const ProcessedInput& processed, const PitzerDatabase& database) {
+/// The Pitzer components of the analysis, or std::invalid_argument naming what Pitzer lacks;
+/// `basisOfUnknown`, when given, receives the basis index of each unknown (H+ first).
+std::vector<PitzerComponent> pitzerComponents(const ProcessedInput& processed, const PitzerDatabase& database,
+                                              std::vector<std::size_t>* basisOfUnknown = nullptr) {
     std::vector<PitzerComponent> components;
+    if (basisOfUnknown) basisOfUnknown->assign(1, 1);
     std::string missing;
     bool iron = false, carbon = false, sulfide = false;
     const auto note = [&missing](const std::string& what) { missing += (missing.empty() ? "" : ", ") + what; };
@@ -47,6 +52,7 @@ std::vector<PitzerComponent> pitzerComponents(const ProcessedInput& processed, c
             continue;
         }
         components.push_back({master, total});
+        if (basisOfUnknown) basisOfUnknown->push_back(j);
     }
     if (iron && (carbon || sulfide)) note(std::string("Fe(+2) together with ") + (carbon ? "C" : "S(-2)"));
     if (!missing.empty()) {
@@ -78,9 +84,10 @@ void fillSpecies(const PitzerSolution& solution, const PitzerDatabase& database,
     for (std::uint32_t k : order) result.logActivityCoefficients.push_back(solution.logGammas[k]);
 }
 
-/// How well the molalities close the balances of the analysis, as the other models measure it.
-void measureClosure(const PitzerSolution& solution, const std::vector<PitzerComponent>& components,
-                    Diagnostics& diagnostics) {
+/// How well the molalities close the balances of `totals` (mol/kgw, per basis of the analysis),
+/// as the other models measure it.
+void measureClosure(const PitzerSolution& solution, const ValueArray& totals,
+                    const std::vector<std::size_t>& basisOfUnknown, Diagnostics& diagnostics) {
     double chargeSum = 0.0, chargeScale = 0.0, residual = 0.0, worst = 0.0;
     const PitzerDatabase& database = PitzerDatabase::embedded();
     for (std::size_t s = 0; s < solution.species.size(); ++s) {
@@ -92,13 +99,48 @@ void measureClosure(const PitzerSolution& solution, const std::vector<PitzerComp
         double sum = 0.0;
         for (std::size_t s = 0; s < solution.species.size(); ++s)
             sum += solution.contents[s * solution.unknowns + b] * solution.molalities[s];
-        const double total = components[b - 1].total;
+        const double total = totals[basisOfUnknown[b]];
         residual += std::fabs(sum - total);
         worst = std::max(worst, std::fabs(sum - total) / total);
     }
     diagnostics.residualNorm = residual + std::fabs(chargeSum);
     diagnostics.massBalanceError = worst;
     diagnostics.chargeImbalance = chargeScale > 0.0 ? std::fabs(chargeSum) / chargeScale : 0.0;
+}
+
+/// PHREEQC's alkalinity (eq/kgw): each species counts with the alkalinities of the master
+/// species it is made of (CO3-2 2, H+ −1, the rest 0), so OH- and HCO3- count 1, CO2 0, MgCO3 2,
+/// MgOH+ 1 and HSO4- −1; water carries none.
+double alkalinityOf(const PitzerSolution& solution, const std::vector<double>& unknownAlkalinities) {
+    double sum = 0.0;
+    for (std::size_t s = 0; s < solution.species.size(); ++s) {
+        double perUnit = 0.0;
+        for (std::size_t b = 0; b < solution.unknowns; ++b)
+            perUnit += solution.contents[s * solution.unknowns + b] * unknownAlkalinities[b];
+        sum += perUnit * solution.molalities[s];
+    }
+    return sum;
+}
+
+/// `perBasis` (one value per basis name of the analysis) for the unknowns of the Pitzer set.
+std::vector<double> perUnknown(const std::vector<double>& perBasis, const std::vector<std::size_t>& basisOfUnknown) {
+    std::vector<double> values;
+    for (std::size_t basis : basisOfUnknown) values.push_back(perBasis[basis]);
+    return values;
+}
+
+std::size_t unknownOf(std::size_t basis, const std::vector<std::size_t>& basisOfUnknown) {
+    const auto found = std::find(basisOfUnknown.begin(), basisOfUnknown.end(), basis);
+    return found == basisOfUnknown.end() ? 0 : static_cast<std::size_t>(found - basisOfUnknown.begin());
+}
+
+/// The pH and rows of `plan` laid on `speciation`.
+void imposePlan(const ConstraintPlan& plan, const std::vector<std::size_t>& basisOfUnknown,
+                PitzerSpeciation& speciation) {
+    speciation.fixPH(plan.pH());
+    for (const ImposedRow& row : plan.rows())
+        speciation.impose(perUnknown(row.basisWeights, basisOfUnknown), row.value,
+                          unknownOf(row.freedBasis, basisOfUnknown));
 }
 
 }  // namespace
@@ -128,11 +170,13 @@ PitzerLayout pitzerLayout(const ProcessedInput& processed) {
     return layout;
 }
 
-Result pitzerResult(const ProcessedInput& processed, const SolveOptions& options) {
+Result pitzerResult(const ProcessedInput& processed, const SolveOptions& options, const ConstraintPlan* plan) {
     const PitzerDatabase& database = PitzerDatabase::embedded();
-    const std::vector<PitzerComponent> components = pitzerComponents(processed, database);
+    std::vector<std::size_t> basisOfUnknown;
+    const std::vector<PitzerComponent> components = pitzerComponents(processed, database, &basisOfUnknown);
     PitzerSpeciation speciation(database, components, processed.input.temperature, processed.input.pressure,
                                 options.macInnes);
+    if (plan) imposePlan(*plan, basisOfUnknown, speciation);
     const PitzerSolution solution = speciation.solve(options.tolerance, options.iterationLimit);
     Result result;
     result.activity = ActivityModel::Pitzer;
@@ -140,11 +184,32 @@ Result pitzerResult(const ProcessedInput& processed, const SolveOptions& options
     result.ionicStrength = solution.ionicStrength;
     result.logWaterActivity = solution.logWaterActivity;
     result.minerals = solution.minerals;
+    const std::vector<double> alkalinities = basisAlkalinities(processed.basisNames, processed.model.elementTable());
+    result.alkalinity = alkalinityOf(solution, perUnknown(alkalinities, basisOfUnknown));
+    ValueArray totals = processed.totals;
+    if (plan) {
+        if (!solution.converged) {
+            const std::size_t unreachable = solution.unreachable < basisOfUnknown.size()
+                                                ? basisOfUnknown[solution.unreachable]
+                                                : ConstraintPlan::kNone;
+            plan->refuseUnreachable(unreachable, result.alkalinity);
+        }
+        // The measured value itself, not its round trip through a logarithm.
+        result.output.pH = plan->pH();
+        for (const ImposedRow& row : plan->rows()) {
+            const std::size_t b = unknownOf(row.freedBasis, basisOfUnknown);
+            double total = 0.0;  // mol/kgw
+            for (std::size_t s = 0; s < solution.species.size(); ++s)
+                total += solution.contents[s * solution.unknowns + b] * solution.molalities[s];
+            totals[row.freedBasis] = total;
+        }
+        plan->report(totals, result);
+    }
     Diagnostics& diagnostics = result.diagnostics;
     diagnostics.method = Method::Robust;
     diagnostics.iterations = solution.iterations;
     diagnostics.converged = solution.converged;
-    measureClosure(solution, components, diagnostics);
+    measureClosure(solution, totals, basisOfUnknown, diagnostics);
     return result;
 }
 

@@ -8,13 +8,15 @@
 namespace korvane {
 namespace Brinecast {
 
+class ConstraintPlan;
 struct ProcessedInput;
 
 /// The speciation of a processed analysis under the Pitzer model, with its own species set and
-/// minerals. Refuses with std::invalid_argument, naming them, the components the Pitzer
-/// parameters do not cover: Zn, S(-2), Fe(+3), and Fe(+2) together with C or S(-2). A component
-/// with a zero total is left out of the brine.
-Result pitzerResult(const ProcessedInput& processed, const SolveOptions& options);
+/// minerals, and the measured pH and rows of `plan` in place of balances when there is one.
+/// Refuses with std::invalid_argument, naming them, the components the Pitzer parameters do not
+/// cover: Zn, S(-2), Fe(+3), and Fe(+2) together with C or S(-2); and what `plan` cannot reach,
+/// as the other models refuse it. A component with a zero total is left out of the brine.
+Result pitzerResult(const ProcessedInput& processed, const SolveOptions& options, const ConstraintPlan* plan = nullptr);
 
 /// The Pitzer species set of a processed analysis as a result groups it, known before solving.
 struct PitzerLayout {

@@ -203,12 +203,10 @@ Result speciateWith(const Input& input, const Constraints& constraints, const Sp
     refuseAmountsOutOfRange(processed, model.elementTable());
     Result result;
     if (ConstraintPlan::imposes(constraints)) {
-        if (options.activity == ActivityModel::Pitzer)
-            throw std::invalid_argument(
-                "a measured pH, alkalinity or balancing ion cannot be imposed under the Pitzer "
-                "activity model yet; speciate with DebyeHuckel, or leave the pH to the charge balance");
         const ConstraintPlan plan(constraints, processed, model.elementTable());
-        result = judged(robustResult(processed, model, index, options, &plan));
+        // Pitzer has a species set of its own, and so a speciation of its own.
+        result = judged(options.activity == ActivityModel::Pitzer ? pitzerResult(processed, options, &plan)
+                                                                   : robustResult(processed, model, index, options, &plan));
     } else {
         result = solved(processed, model, index, options);
     }

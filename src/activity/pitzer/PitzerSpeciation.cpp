@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <stdexcept>
+#include <string>
 
 namespace korvane {
 namespace Brinecast {
@@ -18,6 +20,12 @@ constexpr double kLargestStep = 1.0;
 constexpr double kStartLogHydrogen = -7.0;
 /// Activity updates before giving up; the reference brines need at most about 30.
 constexpr int kActivityUpdateLimit = 300;
+/// Largest total (mol/kgw) an imposed row may set: beyond the dissolved matter any brine may hold,
+/// a row that asks for more cannot be met, and the molalities would overflow before Newton gave up.
+constexpr double kLargestFreedTotal = 30.0;
+/// A freed total that has fallen below this fraction of its start when Newton gives up is one
+/// that no positive amount could set.
+constexpr double kVanishingTotal = 1e-15;
 
 /// Solves the n×n system `a` x = `b` in place (b becomes x) by elimination with partial pivoting;
 /// false when it is singular.
@@ -90,6 +98,13 @@ PitzerSpeciation::PitzerSpeciation(const PitzerDatabase& database, const std::ve
         for (const auto& c : record.contents)
             contents_[s * unknowns_ + static_cast<std::size_t>(unknownOf[static_cast<std::size_t>(c.first)])] = c.second;
     }
+    // Row 0 weighs the charges, row b the counts of component b, as long as nothing is imposed.
+    weights_ = contents_;
+    for (std::size_t s = 0; s < n; ++s) weights_[s * unknowns_] = charges_[s];
+    targets_ = totals_;
+    byMagnitude_.assign(unknowns_, 0);
+    byMagnitude_[0] = 1;
+    magnitudes_.assign(unknowns_, 0.0);
     logK_ = baseLogK_;
     logGamma_.assign(n, 0.0);
     molalities_.assign(n, 0.0);
@@ -109,29 +124,76 @@ void PitzerSpeciation::updateMolalities() {
     }
 }
 
-double PitzerSpeciation::assemble() {
+void PitzerSpeciation::assemble() {
     const std::size_t n = unknowns_;
     std::fill(jacobian_.begin(), jacobian_.end(), 0.0);
     std::fill(residuals_.begin(), residuals_.end(), 0.0);
-    double chargeScale = 0.0;  // Σ|z|m, eq/kgw
-    // Row 0 is the charge balance (it fixes H+), row b the mass balance of component b; the
-    // derivative of a molality by a log10 activity is ln 10 × count × m.
+    std::fill(magnitudes_.begin(), magnitudes_.end(), 0.0);
+    // The derivative of a molality by a log10 activity is ln 10 × count × m.
     for (std::size_t s = 0; s < species_.size(); ++s) {
         const double m = molalities_[s];
         if (m == 0.0) continue;
         const double* c = &contents_[s * n];
-        residuals_[0] += charges_[s] * m;
-        chargeScale += std::abs(charges_[s]) * m;
-        for (std::size_t r = 1; r < n; ++r) residuals_[r] += c[r] * m;
+        const double* w = &weights_[s * n];
+        for (std::size_t r = 0; r < n; ++r) residuals_[r] += w[r] * m;
+        for (std::size_t r = 0; r < n; ++r) {
+            if (byMagnitude_[r]) magnitudes_[r] += std::fabs(w[r]) * m;
+        }
         for (std::size_t b = 0; b < n; ++b) {
             if (c[b] == 0.0) continue;
             const double d = kLn10 * c[b] * m;
-            jacobian_[b] += charges_[s] * d;
-            for (std::size_t r = 1; r < n; ++r) jacobian_[r * n + b] += c[r] * d;
+            for (std::size_t r = 0; r < n; ++r) jacobian_[r * n + b] += w[r] * d;
         }
     }
-    for (std::size_t r = 1; r < n; ++r) residuals_[r] -= totals_[r];
-    return chargeScale;
+    // Row 0's target is always zero: it is the charge balance or, with H+ held, no row at all.
+    for (std::size_t r = 1; r < n; ++r) residuals_[r] -= targets_[r];
+    if (!hydrogenFixed_) return;
+    // H+ held: row and column 0 become the identity, so that its step is exactly zero.
+    for (std::size_t k = 0; k < n; ++k) {
+        jacobian_[k] = 0.0;
+        jacobian_[k * n] = 0.0;
+    }
+    jacobian_[0] = 1.0;
+    residuals_[0] = 0.0;
+}
+
+double PitzerSpeciation::contentOf(std::size_t unknown) const {
+    double sum = 0.0;
+    for (std::size_t s = 0; s < species_.size(); ++s) sum += contents_[s * unknowns_ + unknown] * molalities_[s];
+    return sum;
+}
+
+bool PitzerSpeciation::freedTotalOutOfRange() {
+    for (std::size_t b : freed_) {
+        if (!(contentOf(b) <= kLargestFreedTotal)) {
+            unreachable_ = b;
+            return true;
+        }
+    }
+    return false;
+}
+
+void PitzerSpeciation::fixPH(double pH) {
+    hydrogenFixed_ = true;
+    logActivity_[0] = -pH;
+}
+
+void PitzerSpeciation::impose(const std::vector<double>& unknownWeights, double value, std::size_t freedUnknown) {
+    if (!hydrogenFixed_) throw std::logic_error("An imposed row needs the pH held first.");
+    if (freedUnknown == 0 || freedUnknown >= unknowns_ || unknownWeights.size() != unknowns_ ||
+        std::find(freed_.begin(), freed_.end(), freedUnknown) != freed_.end()) {
+        throw std::logic_error("An imposed row must free one component's total, once: unknown " +
+                               std::to_string(freedUnknown) + " of " + std::to_string(unknowns_) + ".");
+    }
+    for (std::size_t s = 0; s < species_.size(); ++s) {
+        double weight = 0.0;
+        for (std::size_t b = 0; b < unknowns_; ++b) weight += contents_[s * unknowns_ + b] * unknownWeights[b];
+        weights_[s * unknowns_ + freedUnknown] = weight;
+    }
+    targets_[freedUnknown] = value;
+    byMagnitude_[freedUnknown] = 1;
+    freed_.push_back(freedUnknown);
+    freedStart_.push_back(totals_[freedUnknown]);
 }
 
 std::size_t PitzerSpeciation::newtonSteps(double tolerance, std::uint64_t limit, bool& converged) {
@@ -141,10 +203,12 @@ std::size_t PitzerSpeciation::newtonSteps(double tolerance, std::uint64_t limit,
     converged = false;
     for (std::uint64_t step = 0;; ++step) {
         updateMolalities();
-        const double chargeScale = assemble();
-        // Rows scaled to relative residuals, so that a trace component counts as much as NaCl.
+        if (!freed_.empty() && freedTotalOutOfRange()) return step;
+        assemble();
+        // Rows scaled to relative residuals, so that a trace component counts as much as NaCl;
+        // the charge balance and imposed rows by Σ|w|m, since their targets may be zero.
         for (std::size_t r = 0; r < n; ++r) {
-            const double scale = r > 0 ? totals_[r] : chargeScale > 0.0 ? chargeScale : 1.0;
+            const double scale = !byMagnitude_[r] ? targets_[r] : magnitudes_[r] > 0.0 ? magnitudes_[r] : 1.0;
             for (std::size_t b = 0; b < n; ++b) jacobian_[r * n + b] /= scale;
             residuals_[r] = -residuals_[r] / scale;
         }
@@ -163,7 +227,7 @@ std::size_t PitzerSpeciation::newtonSteps(double tolerance, std::uint64_t limit,
         for (double d : residuals_) largest = std::max(largest, std::fabs(d));
         if (!std::isfinite(largest)) return step;
         const double shrink = largest > kLargestStep ? kLargestStep / largest : 1.0;
-        for (std::size_t b = 0; b < n; ++b) logActivity_[b] += shrink * residuals_[b];
+        for (std::size_t b = hydrogenFixed_ ? 1 : 0; b < n; ++b) logActivity_[b] += shrink * residuals_[b];
         lastStep = shrink * largest;
     }
 }
@@ -208,6 +272,12 @@ PitzerSolution PitzerSpeciation::solve(double tolerance, std::uint64_t iteration
         if (balanced && change <= 10.0 * tolerance) { solution.converged = true; break; }
     }
     updateMolalities();
+    if (!solution.converged && unreachable_ == SIZE_MAX) {
+        for (std::size_t f = 0; f < freed_.size(); ++f) {
+            if (!(contentOf(freed_[f]) >= kVanishingTotal * freedStart_[f])) unreachable_ = freed_[f];
+        }
+    }
+    solution.unreachable = unreachable_;
     solution.species = species_;
     solution.molalities = molalities_;
     solution.logGammas = logGamma_;

@@ -7,6 +7,7 @@
 
 #include <korvane/MineralSaturation.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <vector>
@@ -35,6 +36,9 @@ struct PitzerSolution {
     double osmoticCoefficient = 1.0;
     std::uint64_t iterations = 0;       ///< Newton steps over every activity update
     bool converged = false;
+    /// Unknown whose freed total no positive amount could set (it vanished or passed 30 mol/kgw);
+    /// SIZE_MAX when none did.
+    std::size_t unreachable = SIZE_MAX;
     std::vector<MineralSaturation> minerals;
 };
 
@@ -53,6 +57,15 @@ public:
     /// (relative, log10 γ to 10 × it); at most `iterationLimit` Newton steps per activity update.
     PitzerSolution solve(double tolerance, std::uint64_t iterationLimit);
 
+    /// Holds −log10 a(H+) at the measured `pH`: the charge balance then no longer sets it and
+    /// is only reported, unless a row of `impose` takes it up.
+    void fixPH(double pH);
+    /// Replaces the mass balance of unknown `freedUnknown` (a component) by Σ_s w_s·m_s = `value`
+    /// (eq/kgw), w_s = Σ_b count(b, s)·`unknownWeights`[b]: the charge balance with the charges
+    /// of H+ and the masters, the alkalinity with their alkalinities. That component's total then
+    /// follows from the solution. Needs the pH fixed first.
+    void impose(const std::vector<double>& unknownWeights, double value, std::size_t freedUnknown);
+
     /// The species, their contents and log K at T and P' (I = 0), before any solving: what a
     /// report needs to name and check the species of a result.
     PitzerSolution layout() const;
@@ -61,7 +74,11 @@ private:
     std::size_t newtonSteps(double tolerance, std::uint64_t limit, bool& converged);
     /// Residuals of the charge and mass balances and their Jacobian at the current molalities;
     /// returns Σ|z|m (eq/kgw), the charge balance's scale.
-    double assemble();
+    void assemble();
+    /// Σ_s count(b, s)·m_s (mol/kgw): the total the molalities give component `unknown`.
+    double contentOf(std::size_t unknown) const;
+    /// Whether a freed total has left the range a positive, dissolvable amount can take.
+    bool freedTotalOutOfRange();
     void updateMolalities();
     void updateActivity();
     std::vector<double> volumesAt(double ionicStrength) const;
@@ -87,6 +104,17 @@ private:
     std::unique_ptr<PitzerActivity> activity_;
     std::vector<double> jacobian_;   ///< n×n, row-major
     std::vector<double> residuals_;  ///< then the Newton step
+    /// Row r of the Newton system reads Σ_s weights_[s·unknowns + r]·m_s = targets_[r]: row 0 the
+    /// charge balance (it sets H+), row b the mass balance of component b, or a row imposed in
+    /// its place.
+    std::vector<double> weights_;
+    std::vector<double> targets_;      ///< mol/kgw or eq/kgw per row
+    std::vector<char> byMagnitude_;    ///< row scaled by Σ|w|m rather than by its target
+    std::vector<double> magnitudes_;   ///< Σ|w|m per row so scaled, eq/kgw
+    std::vector<std::size_t> freed_;   ///< unknowns whose total an imposed row sets
+    std::vector<double> freedStart_;   ///< mol/kgw, their totals before solving
+    std::size_t unreachable_ = SIZE_MAX;
+    bool hydrogenFixed_ = false;
 };
 
 }  // namespace Brinecast
