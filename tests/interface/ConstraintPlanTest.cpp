@@ -35,9 +35,10 @@ Constraints constraints(std::optional<double> pH, std::optional<double> alkalini
     return c;
 }
 
-std::string refusal(const Input& input, const Constraints& c, Method method = Method::Robust) {
+std::string refusal(const Input& input, const Constraints& c, Method method, ActivityModel model) {
     SolveOptions options;
     options.method = method;
+    options.activity = model;
     try {
         speciator().speciate(input, c, options);
     } catch (const std::invalid_argument& e) {
@@ -82,14 +83,19 @@ TEST(ConstraintPlan, NonsenseIsRefusedNamingTheValue) {
         {constraints(9.0, -1e-3), Method::Robust,
          "Constraints::alkalinity is -0.001 eq/kgw, below the "},
     };
-    for (const Case& c : cases) {
-        const std::string message = refusal(imbalanced(), c.constraints, c.method);
-        EXPECT_EQ(message.substr(0, std::string(c.message).size()), c.message);
+    for (ActivityModel model : {ActivityModel::Ideal, ActivityModel::Pitzer}) {
+        for (const Case& c : cases) {
+            // Method::Specified knows ideal activities only, and says so first.
+            if (c.method == Method::Specified && model != ActivityModel::Ideal) continue;
+            const std::string message = refusal(imbalanced(), c.constraints, c.method, model);
+            EXPECT_EQ(message.substr(0, std::string(c.message).size()), c.message) << static_cast<int>(model);
+        }
     }
 }
 
 TEST(ConstraintPlan, ClosingIonClosesTheChargeBalanceAndReportsTheChange) {
-    for (ActivityModel model : {ActivityModel::Ideal, ActivityModel::Davies, ActivityModel::DebyeHuckel}) {
+    for (ActivityModel model :
+         {ActivityModel::Ideal, ActivityModel::Davies, ActivityModel::DebyeHuckel, ActivityModel::Pitzer}) {
         SCOPED_TRACE(static_cast<int>(model));
         SolveOptions options;
         options.activity = model;

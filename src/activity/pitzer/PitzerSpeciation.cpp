@@ -181,19 +181,26 @@ void PitzerSpeciation::fixPH(double pH) {
 void PitzerSpeciation::impose(const std::vector<double>& unknownWeights, double value, std::size_t freedUnknown) {
     if (!hydrogenFixed_) throw std::logic_error("An imposed row needs the pH held first.");
     if (freedUnknown == 0 || freedUnknown >= unknowns_ || unknownWeights.size() != unknowns_ ||
-        std::find(freed_.begin(), freed_.end(), freedUnknown) != freed_.end()) {
+        std::any_of(pending_.begin(), pending_.end(), [&](const PendingRow& row) { return row.freedUnknown == freedUnknown; })) {
         throw std::logic_error("An imposed row must free one component's total, once: unknown " +
                                std::to_string(freedUnknown) + " of " + std::to_string(unknowns_) + ".");
     }
+    PendingRow row{freedUnknown, value, std::vector<double>(species_.size(), 0.0)};
     for (std::size_t s = 0; s < species_.size(); ++s) {
-        double weight = 0.0;
-        for (std::size_t b = 0; b < unknowns_; ++b) weight += contents_[s * unknowns_ + b] * unknownWeights[b];
-        weights_[s * unknowns_ + freedUnknown] = weight;
+        for (std::size_t b = 0; b < unknowns_; ++b) row.speciesWeights[s] += contents_[s * unknowns_ + b] * unknownWeights[b];
     }
-    targets_[freedUnknown] = value;
-    byMagnitude_[freedUnknown] = 1;
-    freed_.push_back(freedUnknown);
-    freedStart_.push_back(totals_[freedUnknown]);
+    pending_.push_back(std::move(row));
+}
+
+void PitzerSpeciation::applyPendingRows() {
+    for (const PendingRow& row : pending_) {
+        for (std::size_t s = 0; s < species_.size(); ++s) weights_[s * unknowns_ + row.freedUnknown] = row.speciesWeights[s];
+        targets_[row.freedUnknown] = row.value;
+        byMagnitude_[row.freedUnknown] = 1;
+        freed_.push_back(row.freedUnknown);
+        freedStart_.push_back(totals_[row.freedUnknown]);
+    }
+    pending_.clear();
 }
 
 std::size_t PitzerSpeciation::newtonSteps(double tolerance, std::uint64_t limit, bool& converged) {
@@ -257,6 +264,13 @@ void PitzerSpeciation::updateActivity() {
 PitzerSolution PitzerSpeciation::solve(double tolerance, std::uint64_t iterationLimit) {
     PitzerSolution solution;
     bool balanced = false;
+    if (!pending_.empty()) {
+        // At a held pH the activities that start from the totals can be far off (all carbon as
+        // CO3-2 becomes tens of mol/kgw of CO2 at pH 6): the balances close at the starting
+        // totals first, and the imposed rows take over from there.
+        solution.iterations += newtonSteps(tolerance, iterationLimit, balanced);
+        applyPendingRows();
+    }
     solution.iterations += newtonSteps(tolerance, iterationLimit, balanced);
     for (int update = 0; update < kActivityUpdateLimit && balanced; ++update) {
         const std::vector<double> previousGamma = logGamma_;

@@ -79,6 +79,8 @@ private:
     double contentOf(std::size_t unknown) const;
     /// Whether a freed total has left the range a positive, dissolvable amount can take.
     bool freedTotalOutOfRange();
+    /// Lays the imposed rows over the mass balances they replace.
+    void applyPendingRows();
     void updateMolalities();
     void updateActivity();
     std::vector<double> volumesAt(double ionicStrength) const;
@@ -111,6 +113,13 @@ private:
     std::vector<double> targets_;      ///< mol/kgw or eq/kgw per row
     std::vector<char> byMagnitude_;    ///< row scaled by Σ|w|m rather than by its target
     std::vector<double> magnitudes_;   ///< Σ|w|m per row so scaled, eq/kgw
+    /// An imposed row until the balances at the starting totals have closed.
+    struct PendingRow {
+        std::size_t freedUnknown;
+        double value;                       ///< eq/kgw
+        std::vector<double> speciesWeights; ///< per species
+    };
+    std::vector<PendingRow> pending_;
     std::vector<std::size_t> freed_;   ///< unknowns whose total an imposed row sets
     std::vector<double> freedStart_;   ///< mol/kgw, their totals before solving
     std::size_t unreachable_ = SIZE_MAX;
