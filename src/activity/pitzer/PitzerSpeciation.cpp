@@ -113,6 +113,7 @@ PitzerSpeciation::PitzerSpeciation(const PitzerDatabase& database, const std::ve
     activity_ = std::make_unique<PitzerActivity>(database, species_, water_, macInnes);
     jacobian_.assign(unknowns_ * unknowns_, 0.0);
     residuals_.assign(unknowns_, 0.0);
+    held_.assign(unknowns_, 0);
 }
 
 void PitzerSpeciation::updateMolalities() {
@@ -208,6 +209,7 @@ std::size_t PitzerSpeciation::newtonSteps(double tolerance, std::uint64_t limit,
     double lastStep = std::numeric_limits<double>::infinity();
     double lastResidual = std::numeric_limits<double>::infinity();
     converged = false;
+    std::fill(held_.begin(), held_.end(), 0);
     for (std::uint64_t step = 0;; ++step) {
         updateMolalities();
         if (!freed_.empty() && freedTotalOutOfRange()) return step;
@@ -219,23 +221,46 @@ std::size_t PitzerSpeciation::newtonSteps(double tolerance, std::uint64_t limit,
             for (std::size_t b = 0; b < n; ++b) jacobian_[r * n + b] /= scale;
             residuals_[r] = -residuals_[r] / scale;
         }
+        const double heldResidual = setAsideHeldRows();
         double residual = 0.0;
         for (double r : residuals_) residual = std::max(residual, std::fabs(r));
         // In an unbuffered brine H+ is fixed only through the charge balance, whose rounding
         // (1e-16 of Σ|z|m) can be 1e-9 of m(H+): once the balances close, a step that no longer
         // halves the residual is moving rounding about, and the solution is as good as it gets.
         if (residual <= tolerance && (kLn10 * lastStep <= tolerance || residual > 0.5 * lastResidual)) {
-            converged = true;
+            converged = heldResidual <= tolerance;
             return step;
         }
         lastResidual = residual;
         if (step >= limit || !solveLinear(jacobian_, residuals_, n)) return step;
+        if (!freed_.empty()) holdVanishingTotals();
         double largest = 0.0;
         for (double d : residuals_) largest = std::max(largest, std::fabs(d));
         if (!std::isfinite(largest)) return step;
         const double shrink = largest > kLargestStep ? kLargestStep / largest : 1.0;
         for (std::size_t b = hydrogenFixed_ ? 1 : 0; b < n; ++b) logActivity_[b] += shrink * residuals_[b];
         lastStep = shrink * largest;
+    }
+}
+
+double PitzerSpeciation::setAsideHeldRows() {
+    double heldResidual = 0.0;
+    for (std::size_t b : freed_) {
+        if (!held_[b]) continue;
+        heldResidual = std::max(heldResidual, std::fabs(residuals_[b]));
+        for (std::size_t k = 0; k < unknowns_; ++k) jacobian_[b * unknowns_ + k] = k == b ? 1.0 : 0.0;
+        residuals_[b] = 0.0;
+    }
+    return heldResidual;
+}
+
+void PitzerSpeciation::holdVanishingTotals() {
+    for (std::size_t f = 0; f < freed_.size(); ++f) {
+        const std::size_t b = freed_[f];
+        if (held_[b] || (residuals_[b] < 0.0 && contentOf(b) < kVanishingTotal * freedStart_[f])) {
+            held_[b] = 1;
+            residuals_[b] = 0.0;
+        }
     }
 }
 
@@ -261,18 +286,11 @@ void PitzerSpeciation::updateActivity() {
     }
 }
 
-PitzerSolution PitzerSpeciation::solve(double tolerance, std::uint64_t iterationLimit) {
-    PitzerSolution solution;
+bool PitzerSpeciation::settle(double tolerance, std::uint64_t iterationLimit, std::uint64_t& iterations) {
     bool balanced = false;
-    if (!pending_.empty()) {
-        // At a held pH the activities that start from the totals can be far off (all carbon as
-        // CO3-2 becomes tens of mol/kgw of CO2 at pH 6): the balances close at the starting
-        // totals first, and the imposed rows take over from there.
-        solution.iterations += newtonSteps(tolerance, iterationLimit, balanced);
-        applyPendingRows();
-    }
-    solution.iterations += newtonSteps(tolerance, iterationLimit, balanced);
-    for (int update = 0; update < kActivityUpdateLimit && balanced; ++update) {
+    iterations += newtonSteps(tolerance, iterationLimit, balanced);
+    // A freed total held at a vanishing amount may yet be met once γ has followed it down.
+    for (int update = 0; update < kActivityUpdateLimit && (balanced || anyHeld()); ++update) {
         const std::vector<double> previousGamma = logGamma_;
         const std::vector<double> previousLogK = logK_;
         const double previousWater = logWaterActivity_;
@@ -282,8 +300,21 @@ PitzerSolution PitzerSpeciation::solve(double tolerance, std::uint64_t iteration
             change = std::max(change, std::fabs(logGamma_[s] - previousGamma[s]));
             change = std::max(change, std::fabs(logK_[s] - previousLogK[s]));
         }
-        solution.iterations += newtonSteps(tolerance, iterationLimit, balanced);
-        if (balanced && change <= 10.0 * tolerance) { solution.converged = true; break; }
+        iterations += newtonSteps(tolerance, iterationLimit, balanced);
+        if (change <= 10.0 * tolerance && (balanced || anyHeld())) return balanced;
+    }
+    return false;
+}
+
+PitzerSolution PitzerSpeciation::solve(double tolerance, std::uint64_t iterationLimit) {
+    PitzerSolution solution;
+    solution.converged = settle(tolerance, iterationLimit, solution.iterations);
+    if (!pending_.empty()) {
+        // The imposed rows take over from a brine settled at the starting totals: from the
+        // totals alone, a held acid pH puts tens of mol/kgw of carbon into CO2, and ideal
+        // activities can put a measured alkalinity out of reach of any positive carbon.
+        applyPendingRows();
+        solution.converged = settle(tolerance, iterationLimit, solution.iterations);
     }
     updateMolalities();
     if (!solution.converged && unreachable_ == SIZE_MAX) {

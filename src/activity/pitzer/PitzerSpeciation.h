@@ -7,6 +7,7 @@
 
 #include <korvane/MineralSaturation.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -72,6 +73,8 @@ public:
 
 private:
     std::size_t newtonSteps(double tolerance, std::uint64_t limit, bool& converged);
+    /// Newton inside the fixed point on γ, a(H2O) and log K(I); whether both converged.
+    bool settle(double tolerance, std::uint64_t iterationLimit, std::uint64_t& iterations);
     /// Residuals of the charge and mass balances and their Jacobian at the current molalities;
     /// returns Σ|z|m (eq/kgw), the charge balance's scale.
     void assemble();
@@ -79,6 +82,13 @@ private:
     double contentOf(std::size_t unknown) const;
     /// Whether a freed total has left the range a positive, dissolvable amount can take.
     bool freedTotalOutOfRange();
+    /// A freed total that the Newton step in `residuals_` pushes further below a vanishing amount
+    /// is held there for the rest of the stage: no positive total meets its row at this γ, and
+    /// the other rows still close.
+    void holdVanishingTotals();
+    /// Turns the rows of held totals into "no step" and returns their largest scaled residual.
+    double setAsideHeldRows();
+    bool anyHeld() const { return std::find(held_.begin(), held_.end(), 1) != held_.end(); }
     /// Lays the imposed rows over the mass balances they replace.
     void applyPendingRows();
     void updateMolalities();
@@ -124,6 +134,7 @@ private:
     std::vector<double> freedStart_;   ///< mol/kgw, their totals before solving
     std::size_t unreachable_ = SIZE_MAX;
     bool hydrogenFixed_ = false;
+    std::vector<char> held_;  ///< per unknown: a freed total held at a vanishing amount this stage
 };
 
 }  // namespace Brinecast
