@@ -166,10 +166,15 @@ double PitzerSpeciation::contentOf(std::size_t unknown) const {
 
 bool PitzerSpeciation::freedTotalOutOfRange() {
     for (std::size_t b : freed_) {
-        if (!(contentOf(b) <= kLargestFreedTotal)) {
-            unreachable_ = b;
-            return true;
+        if (contentOf(b) <= kLargestFreedTotal) continue;
+        // Unreachable only when the row still asks for more; an overshoot is a failed Newton.
+        double value = 0.0, slope = 0.0;
+        for (std::size_t s = 0; s < species_.size(); ++s) {
+            value += weights_[s * unknowns_ + b] * molalities_[s];
+            slope += weights_[s * unknowns_ + b] * contents_[s * unknowns_ + b] * molalities_[s];
         }
+        if ((targets_[b] - value) * slope > 0.0) unreachable_ = b;
+        return true;
     }
     return false;
 }

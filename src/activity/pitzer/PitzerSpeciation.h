@@ -80,7 +80,8 @@ private:
     void assemble();
     /// Σ_s count(b, s)·m_s (mol/kgw): the total the molalities give component `unknown`.
     double contentOf(std::size_t unknown) const;
-    /// Whether a freed total has left the range a positive, dissolvable amount can take.
+    /// Whether a freed total has passed what any brine may hold (then unreachable when its row asks
+    /// for more still).
     bool freedTotalOutOfRange();
     /// A freed total that the Newton step in `residuals_` pushes further below a vanishing amount
     /// is held there for the rest of the stage: no positive total meets its row at this γ, and
