@@ -143,6 +143,27 @@ void imposePlan(const ConstraintPlan& plan, const std::vector<std::size_t>& basi
                           unknownOf(row.freedBasis, basisOfUnknown));
 }
 
+/// Refuses what `plan` could not reach, as the other models do; otherwise puts the totals its
+/// rows derived (mol/kgw) into `totals` and the constraints' part into `result`.
+void reportPlan(const ConstraintPlan& plan, const PitzerSolution& solution,
+                const std::vector<std::size_t>& basisOfUnknown, ValueArray& totals, Result& result) {
+    if (!solution.converged) {
+        const std::size_t unreachable =
+            solution.unreachable < basisOfUnknown.size() ? basisOfUnknown[solution.unreachable] : ConstraintPlan::kNone;
+        plan.refuseUnreachable(unreachable, result.alkalinity);
+    }
+    // The measured value itself, not its round trip through a logarithm.
+    result.output.pH = plan.pH();
+    for (const ImposedRow& row : plan.rows()) {
+        const std::size_t b = unknownOf(row.freedBasis, basisOfUnknown);
+        double total = 0.0;  // mol/kgw
+        for (std::size_t s = 0; s < solution.species.size(); ++s)
+            total += solution.contents[s * solution.unknowns + b] * solution.molalities[s];
+        totals[row.freedBasis] = total;
+    }
+    plan.report(totals, result);
+}
+
 }  // namespace
 
 PitzerLayout pitzerLayout(const ProcessedInput& processed) {
@@ -187,24 +208,7 @@ Result pitzerResult(const ProcessedInput& processed, const SolveOptions& options
     const std::vector<double> alkalinities = basisAlkalinities(processed.basisNames, processed.model.elementTable());
     result.alkalinity = alkalinityOf(solution, perUnknown(alkalinities, basisOfUnknown));
     ValueArray totals = processed.totals;
-    if (plan) {
-        if (!solution.converged) {
-            const std::size_t unreachable = solution.unreachable < basisOfUnknown.size()
-                                                ? basisOfUnknown[solution.unreachable]
-                                                : ConstraintPlan::kNone;
-            plan->refuseUnreachable(unreachable, result.alkalinity);
-        }
-        // The measured value itself, not its round trip through a logarithm.
-        result.output.pH = plan->pH();
-        for (const ImposedRow& row : plan->rows()) {
-            const std::size_t b = unknownOf(row.freedBasis, basisOfUnknown);
-            double total = 0.0;  // mol/kgw
-            for (std::size_t s = 0; s < solution.species.size(); ++s)
-                total += solution.contents[s * solution.unknowns + b] * solution.molalities[s];
-            totals[row.freedBasis] = total;
-        }
-        plan->report(totals, result);
-    }
+    if (plan) reportPlan(*plan, solution, basisOfUnknown, totals, result);
     Diagnostics& diagnostics = result.diagnostics;
     diagnostics.method = Method::Robust;
     diagnostics.iterations = solution.iterations;
