@@ -19,8 +19,9 @@ namespace Brinecast {
 /// close the balance (its charge has the sign of the excess); an alkalinity below what the water
 /// and the other components give at that pH without any carbon.
 struct Constraints {
-    /// Measured pH, −log10 of the activity of "H+" under the activity model of the calculation:
-    /// it replaces the charge balance. Empty: the pH follows from the charge balance.
+    /// Measured pH, −log10 of the activity of "H+" under the activity model of the calculation
+    /// (under Pitzer on the single-ion scale SolveOptions::macInnes chooses): it replaces the
+    /// charge balance. Empty: the pH follows from the charge balance.
     std::optional<double> pH;
     /// Measured alkalinity (eq/kgw) at the measured pH: total carbon is derived from it and any
     /// carbon of the analysis (element "C" or gas "CO2") only serves as the name; an analysis
