@@ -43,7 +43,8 @@ struct PitzerSolution {
     std::vector<MineralSaturation> minerals;
 };
 
-/// Speciation and pH by charge balance under the Pitzer model: Newton on the log10 activities of
+/// Speciation and pH by charge balance under the Pitzer model, or at a measured pH with rows
+/// that set a component's total in place of its mass balance: Newton on the log10 activities of
 /// H+ and the master species with γ, a(H2O) and log K(I) held, inside a fixed point on those
 /// (as PHREEQC converges the same equations). The fixed point contracts fast because the virial
 /// coefficients hang mostly on the major ions, whose molalities the mass balances pin.
@@ -75,8 +76,8 @@ private:
     std::size_t newtonSteps(double tolerance, std::uint64_t limit, bool& converged);
     /// Newton inside the fixed point on γ, a(H2O) and log K(I); whether both converged.
     bool settle(double tolerance, std::uint64_t iterationLimit, std::uint64_t& iterations);
-    /// Residuals of the charge and mass balances and their Jacobian at the current molalities;
-    /// returns Σ|z|m (eq/kgw), the charge balance's scale.
+    /// Residuals of the rows and their Jacobian at the current molalities, and Σ|w|m of the rows
+    /// scaled by it.
     void assemble();
     /// Σ_s count(b, s)·m_s (mol/kgw): the total the molalities give component `unknown`.
     double contentOf(std::size_t unknown) const;
