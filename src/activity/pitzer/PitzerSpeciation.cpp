@@ -20,6 +20,9 @@ constexpr double kLargestStep = 1.0;
 constexpr double kStartLogHydrogen = -7.0;
 /// Activity updates before giving up; the reference brines need at most about 30.
 constexpr int kActivityUpdateLimit = 300;
+/// Activity updates at a held pH before they are damped: a fixed point that has not settled by
+/// then is oscillating.
+constexpr int kUndampedUpdates = 50;
 /// Largest total (mol/kgw) an imposed row may set: beyond the dissolved matter any brine may hold,
 /// a row that asks for more cannot be met, and the molalities would overflow before Newton gave up.
 constexpr double kLargestFreedTotal = 30.0;
@@ -300,6 +303,13 @@ bool PitzerSpeciation::settle(double tolerance, std::uint64_t iterationLimit, st
         const std::vector<double> previousLogK = logK_;
         const double previousWater = logWaterActivity_;
         updateActivity();
+        if (hydrogenFixed_ && update >= kUndampedUpdates) {
+            // At a held pH an OH- or H+ that carries much of the ionic strength feeds its own γ
+            // back through m = a/γ, which no charge balance pins; halving the update contracts.
+            for (std::size_t s = 0; s < species_.size(); ++s)
+                logGamma_[s] = 0.5 * (logGamma_[s] + previousGamma[s]);
+            logWaterActivity_ = 0.5 * (logWaterActivity_ + previousWater);
+        }
         double change = std::fabs(logWaterActivity_ - previousWater);
         for (std::size_t s = 0; s < species_.size(); ++s) {
             change = std::max(change, std::fabs(logGamma_[s] - previousGamma[s]));

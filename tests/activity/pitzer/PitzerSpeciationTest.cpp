@@ -215,13 +215,18 @@ TEST(PitzerSpeciation, OwnPHAndAlkalinityGiveBackTheSpeciation) {
     std::cout << "[ worst    ] molality (relative) " << worst << ", carbon (relative) " << worstCarbon << "\n";
 }
 
-// Random brines at their own pH and alkalinity converge from pH 3.5 to 11 (below it carbon is CO2,
-// which alkalinity does not see); at one pH unit lower, chloride closes the charge balance or is
+// Random brines converge at their own pH, OH- brines of pH 12 and more included, and at their own
+// pH and alkalinity from pH 3.5 to 11 (below it carbon is CO2, which alkalinity does not see); at one pH unit lower, chloride closes the charge balance or is
 // refused by name when the excess it would have to take up is of its own sign.
 TEST(PitzerSpeciation, RandomBrinesConvergeOnTheirOwnPHAndAlkalinity) {
     std::size_t titrated = 0, closed = 0;
     for (const Input& input : pitzerRandomBrines()) {
         const Result own = speciator().speciate(input, pitzer(true));
+        Constraints held;
+        held.pH = own.output.pH;
+        if (*held.pH >= 0.0 && *held.pH <= 14.0) {
+            EXPECT_TRUE(speciator().speciate(input, held, pitzer(true)).diagnostics.converged) << own.output.pH;
+        }
         const auto& elements = input.elements.values;
         const auto has = [&elements](const char* name) {
             return std::any_of(elements.begin(), elements.end(), [&](const NameValue& e) { return e.name == name && e.value > 0; });
