@@ -153,20 +153,24 @@ int main(int argc, char** argv) {
                    "run, as it is)")
         ->transform(CLI::CheckedTransformer(methods, CLI::ignore_case))
         ->default_str("robust");
-    const std::map<std::string, korvane::Brinecast::ActivityModel> activities{
-        {"ideal", korvane::Brinecast::ActivityModel::Ideal},
-        {"davies", korvane::Brinecast::ActivityModel::Davies},
-        {"debye-huckel", korvane::Brinecast::ActivityModel::DebyeHuckel},
-        {"pitzer", korvane::Brinecast::ActivityModel::Pitzer}};
-    app.add_option("--activity", options.activity,
-                   "Activity model: debye-huckel (each ion's own size and salting coefficient, "
-                   "log K corrected for pressure; for brines like seawater and beyond), pitzer "
-                   "(Harvie-Moller-Weare virial model on its own species set; concentrated brines "
-                   "to halite saturation, without Zn, sulfide or iron with carbonate), davies "
-                   "(charge alone; to about 0.5 mol/kgw), or ideal (every activity coefficient 1, "
-                   "as the library's run)")
-        ->transform(CLI::CheckedTransformer(activities, CLI::ignore_case))
-        ->default_str("debye-huckel");
+    std::string activity = "auto";
+    app.add_option("--activity", activity,
+                   "Activity model: auto (pitzer for each analysis its data cover, debye-huckel "
+                   "for the others; the report says which and why), debye-huckel (each ion's own "
+                   "size and salting coefficient, log K corrected for pressure; for brines like "
+                   "seawater and beyond), pitzer (Harvie-Moller-Weare virial model on its own "
+                   "species set; concentrated brines to halite saturation, without Zn, sulfide or "
+                   "iron with carbonate), davies (charge alone; to about 0.5 mol/kgw), or ideal "
+                   "(every activity coefficient 1, as the library's run)")
+        ->check(CLI::IsMember({"auto", "ideal", "davies", "debye-huckel", "pitzer"}, CLI::ignore_case))
+        ->capture_default_str();
+    const std::map<std::string, bool> onOff{{"on", true}, {"off", false}};
+    app.add_option("--macinnes", options.macInnes,
+                   "Pitzer only: single-ion activity coefficients, and so the pH, on the MacInnes "
+                   "scale (on, the usual convention for brines) or unscaled (off); molalities and "
+                   "saturation indices are the same either way")
+        ->transform(CLI::CheckedTransformer(onOff, CLI::ignore_case))
+        ->default_str("on");
 
     std::vector<std::string> files;
     std::string ion;
@@ -220,10 +224,11 @@ int main(int argc, char** argv) {
         return cli::Commands::kBadInput;
     }
 
+    options.activity = cli::ActivityChoice::named(activity);
     if (options.method == korvane::Brinecast::Method::Specified &&
-        options.activity != korvane::Brinecast::ActivityModel::Ideal) {
+        (options.activity.automatic() || options.activity.model() != korvane::Brinecast::ActivityModel::Ideal)) {
         std::cerr << "brinecast: --method specified solves with ideal activities only, and the "
-                     "activity model is " << cli::ResultText::activityModel(options.activity)
+                     "activity model is " << options.activity.word()
                   << ": give --activity ideal with it, or leave --method at robust.\n";
         return cli::Commands::kBadInput;
     }

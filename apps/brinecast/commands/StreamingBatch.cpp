@@ -109,8 +109,9 @@ std::optional<StreamingBatch::Plan> StreamingBatch::plan(const std::string& file
             for (const AnalysisCsvReader::Row& row : rows) {
                 if (!row.analysis || !seenBases.insert(basisKey(*row.analysis, balanceWith_)).second) continue;
                 try {
-                    for (std::string& species : LibraryBasis::reportedSpecies(basisInput(*row.analysis, balanceWith_),
-                                                                                calculator_.solveOptions().activity)) {
+                    const Input basis = basisInput(*row.analysis, balanceWith_);
+                    const ActivityModel model = calculator_.activityChoice().decide(basis).model;
+                    for (std::string& species : LibraryBasis::reportedSpecies(basis, model)) {
                         if (named.insert(species).second) columns.push_back(std::move(species));
                     }
                 } catch (const std::exception&) {

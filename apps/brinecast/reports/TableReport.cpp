@@ -91,9 +91,9 @@ std::string solver(const Diagnostics& d) {
            NumberText::significant(d.chargeImbalance, 2);
 }
 
-/// "debye-huckel; ionic strength 0.6752 mol/kgw; water activity 0.98054".
+/// "pitzer (auto); ionic strength 0.6752 mol/kgw; water activity 0.98054".
 std::string activities(const AnalysisResult::Activities& a) {
-    return ResultText::activityModel(a.model) + "; ionic strength " +
+    return ResultText::activityChoice(a.model, a.automatic, a.pitzerGaps) + "; ionic strength " +
            NumberText::significant(a.ionicStrengthMolPerKgw, 6) + " mol/kgw; water activity " +
            NumberText::significant(std::pow(10.0, a.logWaterActivity), 6);
 }
