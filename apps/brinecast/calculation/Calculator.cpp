@@ -222,8 +222,9 @@ void Calculator::record(AnalysisResult& r, const Input& in, const Result& result
     r.alkalinityEqPerKgw = result.alkalinity;
     r.constraints = result.constraints;
     const bool constrained = result.constraints.pHFixed;
-    r.check = SpeciationCheck::check(constrained ? LibraryBasis::of(in, result.constraints) : LibraryBasis::of(in, result.activity),
-                                     result.output.pH, result.output.species.values);
+    const BasisData basis =
+        constrained ? LibraryBasis::of(in, result.constraints, result.activity) : LibraryBasis::of(in, result.activity);
+    r.check = SpeciationCheck::check(basis, result.output.pH, result.output.species.values);
     AnalysisResult::Activities activities{result.activity,        result.ionicStrength,
                                           result.logWaterActivity, {},
                                           decision.automatic,     std::move(decision.pitzerGaps),
