@@ -171,12 +171,13 @@ void TableReport::writeSpeciation(std::ostream& out, const std::vector<AnalysisR
 }
 
 void TableReport::writePH(std::ostream& out, const std::vector<AnalysisResult>& results) {
-    TextTable table({"Analysis", "pH", "Status"}, {false, true, false});
+    TextTable table({"Analysis", "pH", "Status", "Activities"}, {false, true, false, false});
     for (const AnalysisResult& r : results) {
         const std::string name = Utf8Text::oneLine(r.analysis.name.empty() ? r.analysis.source : r.analysis.name);
+        const AnalysisResult::Activities* a = r.calculated() && r.activities ? &*r.activities : nullptr;
         // Messages go to standard error, one per analysis; the table stays one line each.
-        table.add({name, r.calculated() ? NumberText::fixed(r.pH, 3) : "",
-                   ResultText::status(r.status)});
+        table.add({name, r.calculated() ? NumberText::fixed(r.pH, 3) : "", ResultText::status(r.status),
+                   a ? ResultText::activityChoice(a->model, a->automatic, a->pitzerGaps) : ""});
     }
     table.write(out, "");
 }

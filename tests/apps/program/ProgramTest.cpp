@@ -155,6 +155,8 @@ TEST(Program, TheActivityModelIsChosenNamedAndKeptFromTheSpecifiedSolver) {
         EXPECT_EQ(table.status, 0) << table.err;
         EXPECT_TRUE(has(table.out, std::string("Activities      ") + c.label + "; ionic strength ")) << table.out;
         EXPECT_TRUE(has(table.out, "log10 gamma")) << table.out;
+        const ProgramRun ph = brinecast(std::string(c.options) + "ph " + c.file, scratch);
+        EXPECT_TRUE(has(ph.out, std::string(" ok      ") + c.label + "\n")) << ph.out;
         const rapidjson::Document d = parsed(brinecast(std::string(c.options) + "speciate --format json " + c.file, scratch).out);
         const rapidjson::Value& a = d["analyses"][0]["activity"];
         EXPECT_STREQ(a["model"].GetString(), c.model);
