@@ -34,7 +34,7 @@ std::string commandWord(int argc, char** argv) {
     for (int i = 1; i < argc; ++i) {
         const std::string arg = argv[i];
         if (arg.empty() || arg[0] != '-') return arg;
-        if (arg == "--engine-dir" || arg == "--method") ++i;  // their value follows
+        if (arg == "--engine-dir" || arg == "--method" || arg == "--activity" || arg == "--macinnes") ++i;  // their value follows
     }
     return "";
 }
@@ -164,13 +164,13 @@ int main(int argc, char** argv) {
                    "(every activity coefficient 1, as the library's run)")
         ->check(CLI::IsMember({"auto", "ideal", "davies", "debye-huckel", "pitzer"}, CLI::ignore_case))
         ->capture_default_str();
-    const std::map<std::string, bool> onOff{{"on", true}, {"off", false}};
-    app.add_option("--macinnes", options.macInnes,
+    std::string macInnes = "on";
+    app.add_option("--macinnes", macInnes,
                    "Pitzer only: single-ion activity coefficients, and so the pH, on the MacInnes "
                    "scale (on, the usual convention for brines) or unscaled (off); molalities and "
                    "saturation indices are the same either way")
-        ->transform(CLI::CheckedTransformer(onOff, CLI::ignore_case))
-        ->default_str("on");
+        ->check(CLI::IsMember({"on", "off"}, CLI::ignore_case))
+        ->capture_default_str();
 
     std::vector<std::string> files;
     std::string ion;
@@ -225,6 +225,7 @@ int main(int argc, char** argv) {
     }
 
     options.activity = cli::ActivityChoice::named(activity);
+    options.macInnes = macInnes == "on";  // IsMember gave it back in the listed case
     if (options.method == korvane::Brinecast::Method::Specified &&
         (options.activity.automatic() || options.activity.model() != korvane::Brinecast::ActivityModel::Ideal)) {
         std::cerr << "brinecast: --method specified solves with ideal activities only, and the "
