@@ -39,7 +39,8 @@ std::string activityText(const ActivityChoice::Decision& decision) {
 
 /// The sweep's activity model among its facts and the minerals Pitzer cannot list.
 void describeActivity(ScaleSweep& sweep, ActivityChoice::Decision decision) {
-    sweep.facts.emplace_back("Activities", activityText(decision));
+    sweep.activity = activityText(decision);
+    sweep.facts.emplace_back("Activities", sweep.activity);
     sweep.mineralsNotAvailable = std::move(decision.mineralsNotAvailable);
 }
 
@@ -170,7 +171,7 @@ int ScaleCommands::mix(const MixRequest& request, const Commands::Options& optio
     // Each water is converted to mol/kgw once; every mix is then made from the converted two.
     const Input firstMolal = speciator.molal(*first), secondMolal = speciator.molal(*second);
     ScaleSweep sweep{"Mix of " + secondName + " into " + firstName, "fraction",
-                     "fraction of the second water (" + request.by + ")", {}, {}, {}};
+                     "fraction of the second water (" + request.by + ")", {}, {}, {}, {}};
     sweep.facts = {{"First water", firstName},
                    {"Second water", secondName},
                    {"Proportions by", request.by + " of solution"},
@@ -205,7 +206,7 @@ int ScaleCommands::profile(const ProfileRequest& request, const Commands::Option
                            static_cast<std::size_t>(request.steps)};
     ActivityChoice::Decision decision = calculator.activityChoice().decide(*in);
     const std::vector<Result> results = calculator.speciator().profile(*in, path, calculator.solveOptions(decision));
-    ScaleSweep sweep{"Profile of " + name, "step", "step", {}, {}, {}};
+    ScaleSweep sweep{"Profile of " + name, "step", "step", {}, {}, {}, {}};
     sweep.facts = {{"Water", name}, {"From", request.from}, {"To", request.to},
                    {"Totals", "per kg of water, fixed at the analysis' own conditions"}};
     describeActivity(sweep, std::move(decision));

@@ -175,14 +175,14 @@ void sweepJson(std::ostream& out, const ScaleSweep& sweep) {
 
 void sweepCsv(std::ostream& out, const ScaleSweep& sweep) {
     const std::vector<std::string> minerals = sweep.mineralNames();
-    out << sweep.xKey << ",temperature_K,pressure_Pa,pH,converged";
+    out << sweep.xKey << ",temperature_K,pressure_Pa,pH,converged,activity";
     for (const std::string& m : minerals) out << ",SI " << m;
     // The minerals the Pitzer data lack keep a column, named so and empty.
     for (const std::string& m : sweep.mineralsNotAvailable) out << ",SI " << m << " (not available under Pitzer)";
     out << '\n';
     for (const ScaleSweep::Point& p : sweep.points) {
         out << csvNumber(p.x) << ',' << csvNumber(p.temperatureK) << ',' << csvNumber(p.pressurePa) << ','
-            << csvNumber(p.pH) << ',' << (p.converged ? "yes" : "no");
+            << csvNumber(p.pH) << ',' << (p.converged ? "yes" : "no") << ',' << CsvReport::field(sweep.activity);
         for (const std::string& m : minerals) out << ',' << csvNumber(ScaleReport::saturationIndex(p, m));
         out << std::string(sweep.mineralsNotAvailable.size(), ',') << '\n';
     }

@@ -72,6 +72,9 @@ TEST(ScaleProgram, MixRunsFromOneWaterToTheOther) {
     const CsvTable t = CsvTable::parse(csv.out, "out");
     ASSERT_EQ(t.rows().size(), 5u);
     EXPECT_EQ(t.header()[0], "fraction");
+    EXPECT_EQ(t.header()[5], "activity");
+    EXPECT_EQ(t.rows()[0].fields[5], "pitzer (auto)");
+    EXPECT_EQ(t.header().back(), "SI Witherite (not available under Pitzer)");
     std::size_t barite = 0;
     for (std::size_t i = 0; i < t.header().size(); ++i) barite = t.header()[i] == "SI Barite" ? i : barite;
     ASSERT_NE(barite, 0u);
