@@ -34,7 +34,7 @@ std::string commandWord(int argc, char** argv) {
     for (int i = 1; i < argc; ++i) {
         const std::string arg = argv[i];
         if (arg.empty() || arg[0] != '-') return arg;
-        if (arg == "--engine-dir" || arg == "--method") ++i;  // their value follows
+        if (arg == "--engine-dir" || arg == "--method" || arg == "--activity" || arg == "--macinnes") ++i;  // their value follows
     }
     return "";
 }
@@ -153,20 +153,24 @@ int main(int argc, char** argv) {
                    "run, as it is)")
         ->transform(CLI::CheckedTransformer(methods, CLI::ignore_case))
         ->default_str("robust");
-    const std::map<std::string, korvane::Brinecast::ActivityModel> activities{
-        {"ideal", korvane::Brinecast::ActivityModel::Ideal},
-        {"davies", korvane::Brinecast::ActivityModel::Davies},
-        {"debye-huckel", korvane::Brinecast::ActivityModel::DebyeHuckel},
-        {"pitzer", korvane::Brinecast::ActivityModel::Pitzer}};
-    app.add_option("--activity", options.activity,
-                   "Activity model: debye-huckel (each ion's own size and salting coefficient, "
-                   "log K corrected for pressure; for brines like seawater and beyond), pitzer "
-                   "(Harvie-Moller-Weare virial model on its own species set; concentrated brines "
-                   "to halite saturation, without Zn, sulfide or iron with carbonate), davies "
-                   "(charge alone; to about 0.5 mol/kgw), or ideal (every activity coefficient 1, "
-                   "as the library's run)")
-        ->transform(CLI::CheckedTransformer(activities, CLI::ignore_case))
-        ->default_str("debye-huckel");
+    std::string activity = "auto";
+    app.add_option("--activity", activity,
+                   "Activity model: auto (pitzer for each analysis its data cover, debye-huckel "
+                   "for the others; the report says which and why), debye-huckel (each ion's own "
+                   "size and salting coefficient, log K corrected for pressure; for brines like "
+                   "seawater and beyond), pitzer (Harvie-Moller-Weare virial model on its own "
+                   "species set; concentrated brines to halite saturation, without Zn, sulfide or "
+                   "iron with carbonate), davies (charge alone; to about 0.5 mol/kgw), or ideal "
+                   "(every activity coefficient 1, as the library's run)")
+        ->check(CLI::IsMember({"auto", "ideal", "davies", "debye-huckel", "pitzer"}, CLI::ignore_case))
+        ->capture_default_str();
+    std::string macInnes = "on";
+    app.add_option("--macinnes", macInnes,
+                   "Pitzer only: single-ion activity coefficients, and so the pH, on the MacInnes "
+                   "scale (on, the usual convention for brines) or unscaled (off); molalities and "
+                   "saturation indices are the same either way")
+        ->check(CLI::IsMember({"on", "off"}, CLI::ignore_case))
+        ->capture_default_str();
 
     std::vector<std::string> files;
     std::string ion;
@@ -220,10 +224,12 @@ int main(int argc, char** argv) {
         return cli::Commands::kBadInput;
     }
 
+    options.activity = cli::ActivityChoice::named(activity);
+    options.macInnes = macInnes == "on";  // IsMember gave it back in the listed case
     if (options.method == korvane::Brinecast::Method::Specified &&
-        options.activity != korvane::Brinecast::ActivityModel::Ideal) {
+        (options.activity.automatic() || options.activity.model() != korvane::Brinecast::ActivityModel::Ideal)) {
         std::cerr << "brinecast: --method specified solves with ideal activities only, and the "
-                     "activity model is " << cli::ResultText::activityModel(options.activity)
+                     "activity model is " << options.activity.word()
                   << ": give --activity ideal with it, or leave --method at robust.\n";
         return cli::Commands::kBadInput;
     }

@@ -90,3 +90,5 @@ KORVANE_API std::string toCountedChargeName(const std::string& name);
 
 // Speciation with a choice of solver, diagnostics and a reusable, thread-safe Speciator.
 #include <korvane/Speciator.h>
+// Which analyses the Pitzer data cover.
+#include <korvane/PitzerCoverage.h>

@@ -12,7 +12,7 @@ import os
 import numpy as np
 
 from ._brinecast import FrameSpeciator as _FrameSpeciator
-from ._brinecast import ActivityModel as _ActivityModel, KorvaneError, Method as _Method, Settings as _Settings
+from ._brinecast import KorvaneError, Method as _Method, Settings as _Settings
 from ._brinecast import text_columns as _text_columns
 
 __all__ = ["KorvaneError", "Speciator", "speciate", "speciate_batch"]
@@ -60,9 +60,8 @@ def _text(kind):
 _SETTINGS = {
     "method": _choice("method", {"auto": _Method.auto, "robust": _Method.robust,
                                  "specified": _Method.specified}),
-    "activity": _choice("activity", {"ideal": _ActivityModel.ideal, "davies": _ActivityModel.davies,
-                                     "debye-huckel": _ActivityModel.debye_huckel,
-                                     "pitzer": _ActivityModel.pitzer}),
+    "activity": _choice("activity", {name: name for name in ("auto", "debye-huckel", "pitzer", "davies",
+                                                             "ideal")}),
     "macinnes": _flag("macinnes"),
     "tolerance": _positive("tolerance", float),
     "iteration_limit": _positive("iteration_limit", int),

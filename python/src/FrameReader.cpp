@@ -2,6 +2,7 @@
 
 #include "brinecast/readers/AnalysisBuilder.h"
 #include "brinecast/readers/InputError.h"
+#include "brinecast/readers/UnitNames.h"
 
 #include <cmath>
 #include <cstring>
@@ -13,7 +14,8 @@ namespace {
 using cli::InputError;
 
 /// Numbers that are no amount: the conditions, and what a lab measured beside the analysis.
-const char* const kConditionColumns[] = {"temperature", "pressure", "density", "ph", "alkalinity_eq_per_kgw"};
+const char* const kConditionColumns[] = {"temperature", "pressure", "density", "pH", "ph", "alkalinity",
+                                         "alkalinity_eq_per_kgw"};
 
 std::string columnName(const std::string& name) { return "column \"" + name + "\""; }
 
@@ -27,8 +29,8 @@ bool isConditionColumn(const std::string& name) {
 }  // namespace
 
 const std::vector<std::string>& FrameReader::textColumns() {
-    static const std::vector<std::string> names{"name", "description", "unit", "temperature_unit",
-                                                "pressure_unit"};
+    static const std::vector<std::string> names{"name",          "description",     "unit", "temperature_unit",
+                                                "pressure_unit", "alkalinity_unit", "balance_with"};
     return names;
 }
 
@@ -40,7 +42,8 @@ FrameReader::FrameReader(const cli::ComponentNames& names, const FrameColumns& c
         for (const std::string& t : textColumns()) known = known || t == name;
         if (!known) {
             throw InputError(columnName(name) + " holds text, but only name, description, unit, "
-                             "temperature_unit and pressure_unit may; give amounts as numbers");
+                             "temperature_unit, pressure_unit, alkalinity_unit and balance_with may; give "
+                             "amounts as numbers");
         }
         if (values.size() != columns.rows) throw InputError(columnName(name) + " is not as long as the table");
     }
@@ -57,7 +60,7 @@ FrameReader::FrameReader(const cli::ComponentNames& names, const FrameColumns& c
         if (!e) {
             throw InputError(columnName(name) + " is not a known column, element or ion; use "
                              "name, description, temperature, temperature_unit, pressure, "
-                             "pressure_unit, density, ph, alkalinity_eq_per_kgw, unit, a gas (" + names.acceptedGases() +
+                             "pressure_unit, density, pH, alkalinity, alkalinity_unit, balance_with, unit, a gas (" + names.acceptedGases() +
                              ") or an element: " + names.acceptedElements());
         }
         const std::string key = e->name + (e->carbonate ? " carbonate" : "");
@@ -70,8 +73,18 @@ FrameReader::FrameReader(const cli::ComponentNames& names, const FrameColumns& c
     temperature_ = number("temperature");
     pressure_ = number("pressure");
     density_ = number("density");
-    pH_ = number("ph");
-    alkalinity_ = number("alkalinity_eq_per_kgw");
+    pH_ = number("pH");
+    alkalinity_ = number("alkalinity");
+    alkalinityEqPerKgw_ = number("alkalinity_eq_per_kgw");
+    // The older names stay accepted, but one quantity comes from one column.
+    if (pH_ && number("ph")) throw InputError("columns \"pH\" and \"ph\" both give the measured pH; keep one");
+    if (!pH_) pH_ = number("ph");
+    if (alkalinity_ && alkalinityEqPerKgw_) {
+        throw InputError("columns \"alkalinity\" and \"alkalinity_eq_per_kgw\" both give the measured "
+                         "alkalinity; keep one");
+    }
+    alkalinityUnits_ = text("alkalinity_unit");
+    balanceWith_ = text("balance_with");
     names_column_ = text("name");
     descriptions_ = text("description");
     units_ = text("unit");
@@ -93,11 +106,33 @@ const std::vector<std::string>* FrameReader::text(const char* name) const {
     return nullptr;
 }
 
-Constraints FrameReader::constraints(std::size_t row) const {
+Constraints FrameReader::constraints(std::size_t row, const cli::AnalysisResult& read) const {
     Constraints c;
-    if (pH_ && !std::isnan(pH_[row])) c.pH = pH_[row];
-    if (alkalinity_ && !std::isnan(alkalinity_[row])) c.alkalinity = alkalinity_[row];
+    const cli::Analysis& a = read.analysis;
+    c.pH = a.pH;
+    c.balanceWith = a.balanceWith;
+    // meq/L to eq/kgw through the water a litre of this brine holds, as the program converts it.
+    if (a.alkalinityMeqPerL) c.alkalinity = *a.alkalinityMeqPerL * 1e-3 / read.solids.kgWaterPerL;
+    if (alkalinityEqPerKgw_ && !std::isnan(alkalinityEqPerKgw_[row])) c.alkalinity = alkalinityEqPerKgw_[row];
     return c;
+}
+
+void FrameReader::measured(cli::AnalysisBuilder& b, std::size_t row) const {
+    static const std::string pH = columnName("pH");
+    static const std::string alkalinity = columnName("alkalinity");
+    static const std::string alkalinityUnit = columnName("alkalinity_unit");
+    static const std::string balanceWith = columnName("balance_with");
+    if (pH_ && !std::isnan(pH_[row])) b.measuredPH(pH_[row], pH);
+    if (alkalinity_ && !std::isnan(alkalinity_[row])) {
+        const std::string noUnit;
+        const std::string& unit = alkalinityUnits_ ? (*alkalinityUnits_)[row] : noUnit;
+        if (unit.empty()) {
+            b.fail(alkalinity, "has no unit; add a column \"alkalinity_unit\" holding " +
+                                   cli::UnitNames::alkalinityAccepted());
+        }
+        b.alkalinity(alkalinity_[row], unit, alkalinity, alkalinityUnit);
+    }
+    if (balanceWith_ && !(*balanceWith_)[row].empty()) b.balanceWith((*balanceWith_)[row], balanceWith);
 }
 
 cli::AnalysisResult FrameReader::read(std::size_t row) const {
@@ -127,6 +162,7 @@ cli::AnalysisResult FrameReader::read(std::size_t row) const {
         }
         if (density_ && !std::isnan(density_[row])) b.density(density_[row], density);
         if (const std::string& u = cell(units_, columns_.unit); !u.empty()) b.unit(u, unit);
+        measured(b, row);
         for (const Amount& a : amounts_) {
             const double value = a.values[row];
             if (std::isnan(value)) continue;  // an empty cell: the component is absent

@@ -3,6 +3,7 @@
 #include "FrameColumns.h"
 
 #include "brinecast/calculation/AnalysisResult.h"
+#include "brinecast/readers/AnalysisBuilder.h"
 #include "brinecast/readers/ComponentNames.h"
 
 #include <korvane/Speciator.h>
@@ -25,8 +26,9 @@ public:
     /// Row `row` as an analysis, or a result marked invalid with the reason. Any thread.
     cli::AnalysisResult read(std::size_t row) const;
 
-    /// The measured pH and alkalinity of row `row`; an empty cell imposes nothing.
-    Constraints constraints(std::size_t row) const;
+    /// The measured pH, alkalinity and closing ion of row `row` as `read` gave it, the
+    /// alkalinity in eq/kgw through `solids`' water per litre; an empty cell imposes nothing.
+    Constraints constraints(std::size_t row, const cli::AnalysisResult& read) const;
 
     /// The names of the columns that hold text rather than numbers.
     static const std::vector<std::string>& textColumns();
@@ -39,6 +41,8 @@ private:
         bool gas;
     };
 
+    /// The row's measured pH, alkalinity and closing ion into `b`.
+    void measured(cli::AnalysisBuilder& b, std::size_t row) const;
     const double* number(const char* name) const;
     const std::vector<std::string>* text(const char* name) const;
 
@@ -48,8 +52,11 @@ private:
     const double* temperature_ = nullptr;
     const double* pressure_ = nullptr;
     const double* density_ = nullptr;
-    const double* pH_ = nullptr;
-    const double* alkalinity_ = nullptr;  ///< eq/kgw
+    const double* pH_ = nullptr;                 ///< "pH", or "ph" as older tables name it
+    const double* alkalinity_ = nullptr;         ///< "alkalinity", in the row's alkalinity_unit
+    const double* alkalinityEqPerKgw_ = nullptr; ///< "alkalinity_eq_per_kgw", already eq/kgw
+    const std::vector<std::string>* alkalinityUnits_ = nullptr;
+    const std::vector<std::string>* balanceWith_ = nullptr;
     const std::vector<std::string>* names_column_ = nullptr;
     const std::vector<std::string>* descriptions_ = nullptr;
     const std::vector<std::string>* units_ = nullptr;

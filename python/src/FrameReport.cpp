@@ -46,12 +46,20 @@ const std::vector<Field>& fields() {
         {"activity_model", {}, [](const AnalysisResult& r) {
              return solved(r) && r.activities ? cli::ResultText::activityModel(r.activities->model) : std::string();
          }},
+        {"activity_note", {}, [](const AnalysisResult& r) {
+             return solved(r) && r.activities
+                        ? cli::ResultText::activityNote(r.activities->automatic, r.activities->pitzerGaps)
+                        : std::string();
+         }},
         {"ionic_strength_mol_per_kgw", [](const AnalysisResult& r) {
              return solved(r) && r.activities ? r.activities->ionicStrengthMolPerKgw : NAN;
          }, {}},
         {"water_activity", [](const AnalysisResult& r) {
              return solved(r) && r.activities ? std::pow(10.0, r.activities->logWaterActivity) : NAN;
          }, {}},
+        // NaN where the density is the engine's, computed inside the library.
+        {"tds_mg_per_l", [](const AnalysisResult& r) { return read(r) ? r.solids.mgPerL : NAN; }, {}},
+        {"tds_mg_per_kg", [](const AnalysisResult& r) { return read(r) ? r.solids.mgPerKg : NAN; }, {}},
     };
     return table;
 }

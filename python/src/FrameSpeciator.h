@@ -18,7 +18,8 @@ namespace korvane::Brinecast::python {
 /// What a Speciator is built from; everything else it holds is derived, so this is also what
 /// travels when it is pickled.
 struct FrameSettings {
-    SolveOptions solve;
+    SolveOptions solve;                      ///< its activity model is unused: `activity` decides
+    cli::ActivityChoice activity;            ///< a fixed model, or Pitzer where its data cover the row
     std::string engineDirectory;             ///< empty: the one built or installed with brinecast
     /// Element or ion that cancels each charge imbalance: added to the analysis, or, in a row with
     /// a measured pH, adjusted by the library to close the balance at that pH.
@@ -35,7 +36,10 @@ struct FrameRow {
     std::vector<NameValue> measured;
     Constraints constraints;         ///< the row's measured pH and alkalinity, and its closing ion
     Input input;                     ///< the library's input, built with the row on its thread
+    cli::ActivityChoice::Decision decision;  ///< the row's activity model, and why
 };
+
+class FrameReader;
 
 /// Speciates tables of analyses read as the command line reads them, with one library batch
 /// on many threads. Immutable once built: any number of threads may call it at once.
@@ -60,6 +64,12 @@ public:
 private:
     /// Adds the balancing ion to a row's analysis, or marks the row invalid when it cannot.
     void balance(cli::AnalysisResult& r) const;
+    /// Reads, balances and settles row `row` into the library's input, constraints and model.
+    void prepare(const FrameReader& reader, std::size_t row, FrameRow& out) const;
+    /// The activity model for a prepared row.
+    cli::ActivityChoice::Decision decide(const FrameRow& row) const;
+    /// Takes the library's answer for a row into it.
+    void record(FrameRow& row, BatchItem& item) const;
 
     FrameSettings settings_;
     std::shared_ptr<const cli::ComponentNames> names_;

@@ -112,8 +112,8 @@ PYBIND11_MODULE(_brinecast, m) {
             "method", [](const python::FrameSettings& s) { return s.solve.method; },
             [](python::FrameSettings& s, Method v) { s.solve.method = v; })
         .def_property(
-            "activity", [](const python::FrameSettings& s) { return s.solve.activity; },
-            [](python::FrameSettings& s, ActivityModel v) { s.solve.activity = v; })
+            "activity", [](const python::FrameSettings& s) { return s.activity.word(); },
+            [](python::FrameSettings& s, const std::string& v) { s.activity = cli::ActivityChoice::named(v); })
         .def_property(
             "macinnes", [](const python::FrameSettings& s) { return s.solve.macInnes; },
             [](python::FrameSettings& s, bool v) { s.solve.macInnes = v; })

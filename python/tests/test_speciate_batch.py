@@ -198,7 +198,7 @@ def test_measured_ph_and_alkalinity_columns_are_imposed_per_row():
         "temperature": [298.15] * 3, "pressure": [101325.0] * 3,
         "ph": [7.5, 7.5, np.nan], "alkalinity_eq_per_kgw": [np.nan, 0.0025, np.nan],
     })
-    out = brinecast.speciate_batch(table, method="robust", balance_with="Cl")
+    out = brinecast.speciate_batch(table, method="robust", balance_with="Cl", activity="debye-huckel")
     assert list(out["status"]) == ["ok", "ok", "ok"]
     assert list(out["pH"][:2]) == [7.5, 7.5]
     assert all(out["charge_imbalance"] < 1e-9)
@@ -209,3 +209,47 @@ def test_measured_ph_and_alkalinity_columns_are_imposed_per_row():
     assert out["alkalinity_eq_per_kgw"][1] == pytest.approx(0.0025, rel=1e-9)
     assert out["derived_carbon_mol_per_kgw"][1] > 0.002
     assert math.isnan(out["derived_carbon_mol_per_kgw"][0])
+
+
+def test_the_programs_lab_columns_give_the_measured_quantities_in_any_alkalinity_unit():
+    # 2.5 meq/L of alkalinity in each unit the program reads, titrated at pH 7.5, and the pH
+    # closed with a row's own ion; the older "ph" and "alkalinity_eq_per_kgw" names still work.
+    units = ["meq/L", "mg/L as HCO3-", "mg/L as CaCO3"]
+    table = pd.DataFrame({
+        "Na": [0.5] * 3, "Mg": [0.05] * 3, "Cl": [0.55] * 3, "S(6)": [0.02] * 3, "unit": ["mol/kgw"] * 3,
+        "temperature": [298.15] * 3, "pressure": [101325.0] * 3, "density": [1.02] * 3, "pH": [7.5] * 3,
+        "alkalinity": [2.5, 2.5 * 61.0168, 2.5 * 50.0436], "alkalinity_unit": units, "balance_with": ["Na"] * 3,
+    })
+    out = brinecast.speciate_batch(table, activity="debye-huckel")
+    assert list(out["status"]) == ["ok"] * 3, list(out["message"])
+    assert list(out["pH"]) == [7.5] * 3
+    assert out["alkalinity_eq_per_kgw"].tolist() == pytest.approx([out["alkalinity_eq_per_kgw"][0]] * 3, rel=1e-4)
+    assert 0.0024 < out["alkalinity_eq_per_kgw"][0] < 0.0026  # a little over 1 kg of water per litre
+    assert all(out["balance_adjustment_mol_per_kgw"].notna())
+    assert all(out["tds_mg_per_kg"] > 30000) and all(out["tds_mg_per_l"] > out["tds_mg_per_kg"])
+
+    older = table.drop(columns=["pH", "alkalinity", "alkalinity_unit", "balance_with"]).assign(
+        ph=7.5, alkalinity_eq_per_kgw=out["alkalinity_eq_per_kgw"][0])
+    again = brinecast.speciate_batch(older.iloc[:1], activity="debye-huckel", balance_with="Na")
+    assert again["derived_carbon_mol_per_kgw"][0] == pytest.approx(out["derived_carbon_mol_per_kgw"][0], rel=1e-12)
+
+    for bad, words in [({"alkalinity_unit": None}, "alkalinity_unit"), ({"ph": 7.5}, '"pH" and "ph"')]:
+        broken = table.iloc[:1].drop(columns=[k for k, v in bad.items() if v is None]).assign(
+            **{k: v for k, v in bad.items() if v is not None})
+        try:
+            result = brinecast.speciate_batch(broken)
+        except ValueError as e:
+            assert words in str(e)
+        else:
+            assert result["status"][0] == "invalid input" and words in result["message"][0]
+
+
+def test_auto_activity_is_the_default_and_falls_back_per_row_with_the_reason():
+    table = pd.DataFrame({"Na": [1.0, 1.0], "Cl": [1.0, 1.002], "Zn": [np.nan, 0.001], "unit": ["mol/kgw"] * 2,
+                          "temperature": [298.15] * 2, "pressure": [101325.0] * 2})
+    out = brinecast.speciate_batch(table)
+    assert list(out["status"]) == ["ok", "ok"]
+    assert list(out["activity_model"]) == ["pitzer", "debye-huckel"]
+    assert list(out["activity_note"]) == ["auto", "auto: Pitzer data lack Zn"]
+    assert brinecast.speciate_batch(table, activity="pitzer")["status"][1] == "invalid input"
+    assert list(brinecast.speciate_batch(table, activity="debye-huckel")["activity_note"]) == ["", ""]

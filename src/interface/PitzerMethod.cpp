@@ -2,12 +2,12 @@
 
 #include "activity/pitzer/PitzerDatabase.h"
 #include "activity/pitzer/PitzerSpeciation.h"
-#include "database/ElementTable.h"
 #include "database/SpeciesModel.h"
 #include "engine/ProcessedInput.h"
 #include "interface/BasisAlkalinity.h"
 #include "interface/CalculationDriver.h"
 #include "interface/ConstraintPlan.h"
+#include "interface/PitzerGaps.h"
 #include "solver/BalanceClosure.h"
 
 #include <algorithm>
@@ -22,40 +22,26 @@ namespace Brinecast {
 
 namespace {
 
-/// The element an analysis names for basis species `basis` ("Zn+2" -> "Zn").
-std::string elementOf(const std::string& basis, const ElementTable& table) {
-    for (const ElementTable::Element& element : table.elements()) {
-        if (element.basisSpecies == basis) return element.name;
-    }
-    return basis;
-}
-
 /// The Pitzer components of the analysis, or std::invalid_argument naming what Pitzer lacks;
 /// `basisOfUnknown`, when given, receives the basis index of each unknown (H+ first).
 std::vector<PitzerComponent> pitzerComponents(const ProcessedInput& processed, const PitzerDatabase& database,
                                               std::vector<std::size_t>* basisOfUnknown = nullptr) {
     std::vector<PitzerComponent> components;
     if (basisOfUnknown) basisOfUnknown->assign(1, 1);
-    std::string missing;
-    bool iron = false, carbon = false, sulfide = false;
-    const auto note = [&missing](const std::string& what) { missing += (missing.empty() ? "" : ", ") + what; };
+    std::vector<std::string> present;
     for (std::size_t j = 2; j < processed.basisNames.size(); ++j) {
-        const std::string& basis = processed.basisNames[j];
         const double total = processed.totals[j];  // mol/kgw
         if (!(total > 0.0)) continue;
-        iron = iron || basis == "Fe+2";
-        carbon = carbon || basis == "CO3-2";
-        sulfide = sulfide || basis == "HS-";
-        const std::int32_t master = database.find(basis);
-        if (master < 0 || !database.species()[static_cast<std::size_t>(master)].master || basis == "H+") {
-            note(elementOf(basis, processed.model.elementTable()));
-            continue;
-        }
+        present.push_back(processed.basisNames[j]);
+        const std::int32_t master = database.find(present.back());
+        if (master < 0) continue;
         components.push_back({master, total});
         if (basisOfUnknown) basisOfUnknown->push_back(j);
     }
-    if (iron && (carbon || sulfide)) note(std::string("Fe(+2) together with ") + (carbon ? "C" : "S(-2)"));
-    if (!missing.empty()) {
+    const std::vector<std::string> gaps = pitzerGaps(present, database, processed.model.elementTable());
+    if (!gaps.empty()) {
+        std::string missing;
+        for (const std::string& gap : gaps) missing += (missing.empty() ? "" : ", ") + gap;
         throw std::invalid_argument(
             "ActivityModel::Pitzer has no species or parameters for " + missing +
             " (it covers Na, K, Mg, Ca, Sr, Ba, Cl, Br, C, S(6), and Fe(+2) with Cl, Br and S(6) only); "

@@ -15,6 +15,7 @@ bad=$(printf '%s\n' "$symbols" | grep -v -E \
   -e '^korvane::Brinecast::speciate\(korvane::Brinecast::Input, korvane::Brinecast::SolveOptions const&\)$' \
   -e '^korvane::Brinecast::speciate\(korvane::Brinecast::Input, korvane::Brinecast::Constraints const&, korvane::Brinecast::SolveOptions const&\)$' \
   -e '^korvane::Brinecast::Speciator::' \
+  -e '^korvane::Brinecast::pitzerCoverage\(korvane::Brinecast::Input const&\)$' \
   -e '^korvane::(KorvaneError|KorvaneAssertion|UnreacheableException)::' \
   -e '^(typeinfo|typeinfo name|vtable) for korvane::(KorvaneError|KorvaneAssertion|UnreacheableException)$' \
   -e '^KORVANE_[0-9A-Z_.]*$' -e '^$' || true)
@@ -25,6 +26,7 @@ if [ -n "$bad" ]; then
 fi
 for required in 'typeinfo for korvane::KorvaneError' 'typeinfo for korvane::UnreacheableException' \
                 'korvane::Brinecast::ConcentsWithUnit::size()' \
+                'korvane::Brinecast::pitzerCoverage(korvane::Brinecast::Input const&)' \
                 'korvane::Brinecast::Speciator::speciate(korvane::Brinecast::Input const&, korvane::Brinecast::SolveOptions const&) const' \
                 'korvane::Brinecast::speciate(korvane::Brinecast::Input, korvane::Brinecast::Constraints const&, korvane::Brinecast::SolveOptions const&)'; do
   if ! printf '%s\n' "$symbols" | grep -q -F -x "$required"; then

@@ -57,6 +57,10 @@ struct AnalysisResult {
         double ionicStrengthMolPerKgw = NAN;
         double logWaterActivity = NAN;            ///< log10 a_w
         std::map<std::string, double> logGammas;  ///< log10 γ by species name
+        bool automatic = false;                   ///< chosen by --activity auto
+        std::vector<std::string> pitzerGaps;      ///< why auto did not choose Pitzer; empty when it did
+        /// Under Pitzer, the minerals another model would list for the analysis that its data lack.
+        std::vector<std::string> mineralsNotAvailable;
 
         /// log10 γ of `species`, NaN when the result does not list it.
         double logGamma(const std::string& species) const {

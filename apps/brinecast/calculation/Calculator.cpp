@@ -115,10 +115,27 @@ double Calculator::engineDensity(AnalysisResult& r) const {
 }
 
 Calculator::Calculator(std::string engineDirectory, std::optional<std::string> balanceWith, Method method,
-                       ActivityModel activity)
-    : engineDirectory_(std::move(engineDirectory)), balanceWith_(std::move(balanceWith)) {
+                       ActivityChoice activity, bool macInnes)
+    : engineDirectory_(std::move(engineDirectory)), balanceWith_(std::move(balanceWith)), activity_(activity) {
     solveOptions_.method = method;
-    solveOptions_.activity = activity;
+    solveOptions_.activity = activity.model();
+    solveOptions_.macInnes = macInnes;
+}
+
+ActivityChoice::Decision Calculator::decide(const AnalysisResult& r, const Input& in) const {
+    if (!activity_.automatic() && activity_.model() != ActivityModel::Pitzer) return activity_.decide(in);
+    Input covered = in;
+    // A measured alkalinity is carried by carbon, which the analysis may not list, and a
+    // measured pH is closed with the balancing ion inside the calculation.
+    if (r.analysis.alkalinityMeqPerL) covered.elements.push_back({"C", 1.0});
+    if (!r.analysis.balanceWith.empty()) covered.elements.push_back({r.analysis.balanceWith, 1.0});
+    return activity_.decide(covered);
+}
+
+SolveOptions Calculator::solveOptions(const ActivityChoice::Decision& decision) const {
+    SolveOptions options = solveOptions_;
+    options.activity = decision.model;
+    return options;
 }
 
 Input Calculator::input(const Analysis& a, double densityGcm3) const {
@@ -198,15 +215,20 @@ Constraints Calculator::constraints(const AnalysisResult& r) {
     return c;
 }
 
-void Calculator::record(AnalysisResult& r, const Input& in, const Result& result) const {
+void Calculator::record(AnalysisResult& r, const Input& in, const Result& result,
+                        ActivityChoice::Decision decision) const {
     r.pH = result.output.pH;
     r.solver = result.diagnostics;
     r.alkalinityEqPerKgw = result.alkalinity;
     r.constraints = result.constraints;
     const bool constrained = result.constraints.pHFixed;
-    r.check = SpeciationCheck::check(constrained ? LibraryBasis::of(in, result.constraints) : LibraryBasis::of(in, solveOptions_.activity),
-                                     result.output.pH, result.output.species.values);
-    AnalysisResult::Activities activities{result.activity, result.ionicStrength, result.logWaterActivity, {}};
+    const BasisData basis =
+        constrained ? LibraryBasis::of(in, result.constraints, result.activity) : LibraryBasis::of(in, result.activity);
+    r.check = SpeciationCheck::check(basis, result.output.pH, result.output.species.values);
+    AnalysisResult::Activities activities{result.activity,        result.ionicStrength,
+                                          result.logWaterActivity, {},
+                                          decision.automatic,     std::move(decision.pitzerGaps),
+                                          std::move(decision.mineralsNotAvailable)};
     const auto& species = result.output.species.values;
     for (std::size_t i = 0; i < species.size() && i < result.logActivityCoefficients.size(); ++i)
         activities.logGammas[species[i].name] = result.logActivityCoefficients[i];
@@ -257,7 +279,10 @@ void Calculator::calculate(AnalysisResult& r) const {
                                      "robust (the default) or auto", "");
             return;
         }
-        record(r, in, constrained ? speciator_.speciate(in, imposed, solveOptions_) : speciator_.speciate(in, solveOptions_));
+        ActivityChoice::Decision decision = decide(r, in);
+        const SolveOptions options = solveOptions(decision);
+        record(r, in, constrained ? speciator_.speciate(in, imposed, options) : speciator_.speciate(in, options),
+               std::move(decision));
     } catch (const std::invalid_argument& e) {
         // The library refuses input outside its data's range this way: the analysis' fault.
         fail(r, Status::Invalid, r.analysis.source + ": " + inFileWords(e.what()), "");

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "brinecast/calculation/ActivityChoice.h"
 #include "brinecast/calculation/AnalysisResult.h"
 
 #include <korvane/Brinecast.h>
@@ -24,9 +25,10 @@ public:
     /// or ion that cancels each analysis' charge imbalance before the calculation, if any (at a
     /// measured pH: that closes it in the calculation, unless the analysis names its own);
     /// `method` is the library's solver (Auto: the specified one, the robust one when that fails)
-    /// and `activity` its activity model.
+    /// and `activity` its activity model, fixed or chosen per analysis; `macInnes` the Pitzer
+    /// model's single-ion convention.
     Calculator(std::string engineDirectory, std::optional<std::string> balanceWith,
-               Method method = Method::Robust, ActivityModel activity = ActivityModel::Ideal);
+               Method method = Method::Robust, ActivityChoice activity = ActivityModel::Ideal, bool macInnes = true);
 
     /// True when some analysis' density is for the engine to compute.
     static bool needsEngine(const std::vector<AnalysisResult>& results);
@@ -48,8 +50,14 @@ public:
 
     const Speciator& speciator() const { return speciator_; }
 
-    /// The solver and activity model every analysis is calculated with.
+    /// The solver, with the fixed activity model (Debye–Hückel under auto, until `decide`).
     const SolveOptions& solveOptions() const { return solveOptions_; }
+    const ActivityChoice& activityChoice() const { return activity_; }
+    /// The activity model for a prepared analysis and its input: with auto, Pitzer when its data
+    /// cover every component the calculation will carry (a measured alkalinity brings carbon).
+    ActivityChoice::Decision decide(const AnalysisResult& result, const Input& in) const;
+    /// The solve options with the decided model.
+    SolveOptions solveOptions(const ActivityChoice::Decision& decision) const;
 
     /// The measured pH, alkalinity (eq/kgw) and balancing ion of an analysis already prepared.
     static Constraints constraints(const AnalysisResult& result);
@@ -60,7 +68,8 @@ public:
 private:
     void prepare(AnalysisResult& result) const;
     /// Takes the library's result into the program's, checking its balances.
-    void record(AnalysisResult& result, const Input& in, const Result& libraryResult) const;
+    void record(AnalysisResult& result, const Input& in, const Result& libraryResult,
+                ActivityChoice::Decision decision) const;
     /// Warns when the pH follows from a charge balance whose error rivals the alkalinity.
     void judgeImbalance(AnalysisResult& result) const;
     /// NaN, with the result marked failed, when the engine cannot give it.
@@ -69,6 +78,7 @@ private:
     std::string engineDirectory_;
     std::optional<std::string> balanceWith_;
     SolveOptions solveOptions_;
+    ActivityChoice activity_;
     Speciator speciator_;  ///< the reaction data parsed once for every analysis and thread
 };
 

@@ -44,7 +44,7 @@ BasisData LibraryBasis::of(const Input& input, ActivityModel activity) {
     return b;
 }
 
-BasisData LibraryBasis::of(const Input& input, const ConstraintOutcome& outcome) {
+BasisData LibraryBasis::of(const Input& input, const ConstraintOutcome& outcome, ActivityModel activity) {
     static const ElementTable table;
     Input withCarbon = input;
     bool hasCarbon = false;
@@ -55,7 +55,7 @@ BasisData LibraryBasis::of(const Input& input, const ConstraintOutcome& outcome)
     // per-litre and per-kg-of-solution units convert through the whole dissolved mass.
     constexpr double kPlaceholderAmount = 1e-12;  // in the analysis' unit
     if (outcome.alkalinityImposed && !hasCarbon) withCarbon.elements.push_back({"C", kPlaceholderAmount});
-    BasisData b = of(withCarbon);
+    BasisData b = of(withCarbon, activity);
     auto setTotal = [&b](const std::string& basis, double total) {
         for (std::size_t j = 0; j < b.basisNames.size(); ++j) {
             if (b.basisNames[j] == basis) b.totals[j] = total;

@@ -20,8 +20,9 @@ public:
     /// the Pitzer species set, which has its own species.
     static BasisData of(const Input& input, ActivityModel activity = ActivityModel::Ideal);
     /// The same with the totals a constrained calculation derived: the closing component's
-    /// adjusted total and the carbon that meets a measured alkalinity.
-    static BasisData of(const Input& input, const ConstraintOutcome& outcome);
+    /// adjusted total and the carbon that meets a measured alkalinity, under `activity`'s set.
+    static BasisData of(const Input& input, const ConstraintOutcome& outcome,
+                        ActivityModel activity = ActivityModel::Ideal);
 
     /// Every species a calculation of `input` can report under a component: those of its basis
     /// reaction set with a coefficient on some component other than water and H+, component by

@@ -24,6 +24,9 @@ struct ScaleAnalysis {
     std::string densitySource;     ///< "given", "engine" or "not needed (1.0 taken)"
     double pH = NAN;
     bool converged = false;        ///< the speciation and every precipitation search converged
+    std::string activity;          ///< the model and, under auto, why: "pitzer (auto)"
+    /// Under Pitzer, the minerals of the analysis that the Pitzer data lack.
+    std::vector<std::string> mineralsNotAvailable;
     std::vector<Mineral> minerals; ///< most supersaturated first
 };
 

@@ -24,6 +24,9 @@ struct ScaleSweep {
     std::string xKey;    ///< JSON and CSV name of x: "fraction" or "step"
     std::string xLabel;  ///< axis and column label of x
     std::vector<std::pair<std::string, std::string>> facts;  ///< the inputs, as label and value
+    std::string activity;  ///< the sweep's model and, under auto, why: "pitzer (auto)"
+    /// Under Pitzer, the minerals of the waters that the Pitzer data lack.
+    std::vector<std::string> mineralsNotAvailable;
     std::vector<Point> points;
 
     /// Every mineral of any point, in the order they first appear.

@@ -160,7 +160,7 @@ std::vector<AnalysisResult> Commands::calculate(const std::vector<std::string>& 
             return {};
         }
     }
-    const Calculator calculator(options.engineDirectory, element, options.method, options.activity);
+    const Calculator calculator(options.engineDirectory, element, options.method, options.activity, options.macInnes);
     std::vector<AnalysisResult> results = load(files);
     // Load the engine once here, before the workers start. Without an engine, each per-litre
     // analysis would try the three file names again under the bridge's load lock, so the workers
@@ -248,7 +248,7 @@ bool Commands::streamBatch(const std::string& input, std::ostream& out, const Op
             return true;
         }
     }
-    const Calculator calculator(options.engineDirectory, element, options.method, options.activity);
+    const Calculator calculator(options.engineDirectory, element, options.method, options.activity, options.macInnes);
     const StreamingBatch batch(names_, calculator, element);
     const std::optional<StreamingBatch::Plan> plan = batch.plan(input, options.threads);
     if (!plan) return false;  // the file as a whole is reported as for any other command

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "brinecast/calculation/ActivityChoice.h"
 #include "brinecast/calculation/AnalysisResult.h"
 #include "brinecast/readers/ComponentNames.h"
 #include "brinecast/commands/StreamingBatch.h"
@@ -26,7 +27,8 @@ public:
         std::optional<std::string> balanceWith;  ///< element or ion name as the user gave it
         unsigned threads = 0;                    ///< 0: one per core
         Method method = Method::Robust;          ///< the library's solver
-        ActivityModel activity = ActivityModel::DebyeHuckel;  ///< the library's activity model
+        ActivityChoice activity;                 ///< the library's activity model; auto by default
+        bool macInnes = true;                    ///< Pitzer's single-ion convention
         bool progress = false;                   ///< draw a progress bar on `err`
     };
 

@@ -6,6 +6,7 @@
 #include "brinecast/readers/Utf8Text.h"
 #include "brinecast/reports/HtmlReport.h"
 #include "brinecast/reports/NumberText.h"
+#include "brinecast/reports/ResultText.h"
 #include "brinecast/reports/ScaleHtml.h"
 #include "brinecast/reports/ScaleReport.h"
 
@@ -32,6 +33,17 @@ std::string described(const std::string& name, const std::string& file) {
 
 int worse(int a, int b) { return std::max(a, b); }
 
+std::string activityText(const ActivityChoice::Decision& decision) {
+    return ResultText::activityChoice(decision.model, decision.automatic, decision.pitzerGaps);
+}
+
+/// The sweep's activity model among its facts and the minerals Pitzer cannot list.
+void describeActivity(ScaleSweep& sweep, ActivityChoice::Decision decision) {
+    sweep.activity = activityText(decision);
+    sweep.facts.emplace_back("Activities", sweep.activity);
+    sweep.mineralsNotAvailable = std::move(decision.mineralsNotAvailable);
+}
+
 ScaleSweep::Point pointOf(double x, const Input& in, const Result& result) {
     return {x, in.temperature, in.pressure, result.output.pH, result.diagnostics.converged, result.minerals};
 }
@@ -51,7 +63,7 @@ std::optional<Calculator> ScaleCommands::calculatorFor(const Commands::Options& 
         element = Commands(out_, err_).balancingElement(*options.balanceWith);
         if (!element) return std::nullopt;
     }
-    return Calculator(options.engineDirectory, element, options.method, options.activity);
+    return Calculator(options.engineDirectory, element, options.method, options.activity, options.macInnes);
 }
 
 ScaleAnalysis ScaleCommands::analyse(AnalysisResult& r, const Calculator& calculator, int& status) const {
@@ -61,8 +73,13 @@ ScaleAnalysis ScaleCommands::analyse(AnalysisResult& r, const Calculator& calcul
     const std::optional<Input> in = calculator.prepared(r);
     try {
         if (!in) throw std::runtime_error(r.error);
-        const Result result = calculator.speciator().speciate(*in, calculator.solveOptions());
-        const auto potentials = calculator.speciator().precipitationPotential(*in, calculator.solveOptions());
+        // The scale report solves without the measured pH and alkalinity: the analysis alone decides.
+        ActivityChoice::Decision decision = calculator.activityChoice().decide(*in);
+        const SolveOptions options = calculator.solveOptions(decision);
+        const Result result = calculator.speciator().speciate(*in, options);
+        const auto potentials = calculator.speciator().precipitationPotential(*in, options);
+        a.activity = activityText(decision);
+        a.mineralsNotAvailable = std::move(decision.mineralsNotAvailable);
         a.temperatureK = in->temperature, a.pressurePa = in->pressure, a.pH = result.output.pH;
         a.densityGcm3 = r.densityGcm3, a.densitySource = densitySource(r.densitySource);
         a.converged = result.diagnostics.converged;
@@ -154,17 +171,21 @@ int ScaleCommands::mix(const MixRequest& request, const Commands::Options& optio
     // Each water is converted to mol/kgw once; every mix is then made from the converted two.
     const Input firstMolal = speciator.molal(*first), secondMolal = speciator.molal(*second);
     ScaleSweep sweep{"Mix of " + secondName + " into " + firstName, "fraction",
-                     "fraction of the second water (" + request.by + ")", {}, {}};
+                     "fraction of the second water (" + request.by + ")", {}, {}, {}, {}};
     sweep.facts = {{"First water", firstName},
                    {"Second water", secondName},
                    {"Proportions by", request.by + " of solution"},
                    {"Temperature of the mix", request.temperature.empty() ? "mean by mass of solution" : request.temperature},
                    {"Pressure of the mix", request.pressure.empty() ? "the first water's" : request.pressure}};
+    // One model for the whole sweep, chosen for a mix that holds both waters' components.
+    ActivityChoice::Decision decision = calculator.activityChoice().decide(speciator.mix(firstMolal, secondMolal, 0.5, mixing));
+    const SolveOptions solve = calculator.solveOptions(decision);
+    describeActivity(sweep, std::move(decision));
     const auto steps = static_cast<std::size_t>(request.steps);
     for (std::size_t i = 0; i < steps; ++i) {
         const double fraction = static_cast<double>(i) / static_cast<double>(steps - 1);
         const Input mixed = speciator.mix(firstMolal, secondMolal, fraction, mixing);
-        sweep.points.push_back(pointOf(fraction, mixed, speciator.speciate(mixed, calculator.solveOptions())));
+        sweep.points.push_back(pointOf(fraction, mixed, speciator.speciate(mixed, solve)));
     }
     return write(sweep, options.format);
 }
@@ -183,10 +204,12 @@ int ScaleCommands::profile(const ProfileRequest& request, const Commands::Option
 
     const ProfilePath path{from.temperatureK, from.pressurePa, to.temperatureK, to.pressurePa,
                            static_cast<std::size_t>(request.steps)};
-    const std::vector<Result> results = calculator.speciator().profile(*in, path, calculator.solveOptions());
-    ScaleSweep sweep{"Profile of " + name, "step", "step", {}, {}};
+    ActivityChoice::Decision decision = calculator.activityChoice().decide(*in);
+    const std::vector<Result> results = calculator.speciator().profile(*in, path, calculator.solveOptions(decision));
+    ScaleSweep sweep{"Profile of " + name, "step", "step", {}, {}, {}, {}};
     sweep.facts = {{"Water", name}, {"From", request.from}, {"To", request.to},
                    {"Totals", "per kg of water, fixed at the analysis' own conditions"}};
+    describeActivity(sweep, std::move(decision));
     for (std::size_t i = 0; i < results.size(); ++i) {
         const double t = static_cast<double>(i) / static_cast<double>(results.size() - 1);
         Input point = *in;

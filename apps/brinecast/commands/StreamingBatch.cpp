@@ -18,11 +18,18 @@ namespace {
 
 using Status = AnalysisResult::Status;
 
+/// The ion that closes a row's balance: its own, else the command line's.
+std::optional<std::string> closing(const Analysis& a, const std::optional<std::string>& balanceWith) {
+    return a.balanceWith.empty() ? balanceWith : std::optional<std::string>(a.balanceWith);
+}
+
 /// The component names of an analysis, in order: all that decides its basis species.
-std::string basisKey(const Analysis& a, const std::optional<std::string>& balanceWith) {
+std::string basisKey(const Analysis& a, const std::optional<std::string>& commandLine) {
+    const std::optional<std::string> balanceWith = closing(a, commandLine);
     std::string key;
     for (const NameValue& e : a.elements) key += e.name + '\x1f';
     if (balanceWith) key += *balanceWith;
+    if (a.alkalinityMeqPerL) key += "\x1d";  // its carbon joins the basis
     key += '\x1e';
     for (const NameValue& g : a.gases) key += g.name + '\x1f';
     return key;
@@ -30,7 +37,8 @@ std::string basisKey(const Analysis& a, const std::optional<std::string>& balanc
 
 /// The same components in mol/kgw: the basis does not depend on the amounts or the unit, and
 /// no density is needed to find it.
-Input basisInput(const Analysis& a, const std::optional<std::string>& balanceWith) {
+Input basisInput(const Analysis& a, const std::optional<std::string>& commandLine) {
+    const std::optional<std::string> balanceWith = closing(a, commandLine);
     Input in;
     in.dllPath = "no engine needed";
     in.temperature = a.temperatureK;
@@ -109,8 +117,9 @@ std::optional<StreamingBatch::Plan> StreamingBatch::plan(const std::string& file
             for (const AnalysisCsvReader::Row& row : rows) {
                 if (!row.analysis || !seenBases.insert(basisKey(*row.analysis, balanceWith_)).second) continue;
                 try {
-                    for (std::string& species : LibraryBasis::reportedSpecies(basisInput(*row.analysis, balanceWith_),
-                                                                                calculator_.solveOptions().activity)) {
+                    const Input basis = basisInput(*row.analysis, balanceWith_);
+                    const ActivityModel model = calculator_.activityChoice().decide(basis).model;
+                    for (std::string& species : LibraryBasis::reportedSpecies(basis, model)) {
                         if (named.insert(species).second) columns.push_back(std::move(species));
                     }
                 } catch (const std::exception&) {

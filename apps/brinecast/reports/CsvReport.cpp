@@ -62,11 +62,13 @@ void CsvReport::write(std::ostream& out, const std::vector<AnalysisResult>& resu
 void CsvReport::writeHeader(std::ostream& out, const std::vector<std::string>& species,
                             bool withSpecies) {
     out << "source,name,pH,status,message";
+    // The pH depends on the model, which --activity auto chooses per analysis.
+    if (!withSpecies) out << ",activity_model,activity_note";
     if (withSpecies) {
         out << ",warnings,temperature_K,pressure_Pa,density_g_cm3,density_source,"
                "charge_balance_error_percent,balanced_with,balancing_amount,"
                "worst_relative_error,solver,solver_iterations,mass_balance_error,charge_imbalance,"
-               "activity_model,ionic_strength_mol_per_kgw,water_activity,"
+               "activity_model,activity_note,ionic_strength_mol_per_kgw,water_activity,"
                "pH_source,alkalinity_eq_per_kgw,tds_mg_per_L,tds_mg_per_kg,"
                "imposed_balance_with,imposed_balance_adjustment_mol_per_kgw,derived_carbon_mol_per_kgw";
         for (const std::string& s : species) out << ',' << field(s + " (mol/kgw)");
@@ -82,6 +84,11 @@ void CsvReport::writeRow(std::ostream& out, const AnalysisResult& r,
     out << field(r.analysis.source) << ',' << field(r.analysis.name) << ','
         << (calculated ? number(r.pH) : "") << ',' << field(ResultText::status(r.status))
         << ',' << field(ResultText::message(r));
+    if (!withSpecies) {
+        const AnalysisResult::Activities* activity = calculated && r.activities ? &*r.activities : nullptr;
+        out << ',' << (activity ? ResultText::activityModel(activity->model) : "") << ','
+            << (activity ? field(ResultText::activityNote(activity->automatic, activity->pitzerGaps)) : "");
+    }
     if (withSpecies) {
         std::string warnings;
         for (const std::string& w : r.warnings) warnings += (warnings.empty() ? "" : " ") + w;
@@ -101,6 +108,7 @@ void CsvReport::writeRow(std::ostream& out, const AnalysisResult& r,
             << (solved ? number(r.solver->chargeImbalance) : "");
         const AnalysisResult::Activities* activity = calculated && r.activities ? &*r.activities : nullptr;
         out << ',' << (activity ? ResultText::activityModel(activity->model) : "") << ','
+            << (activity ? field(ResultText::activityNote(activity->automatic, activity->pitzerGaps)) : "") << ','
             << (activity ? number(activity->ionicStrengthMolPerKgw) : "") << ','
             << (activity ? number(std::pow(10.0, activity->logWaterActivity)) : "");
         writeLabColumns(out, r);

@@ -88,6 +88,8 @@ void activities(Writer& w, const AnalysisResult::Activities& a) {
     key(w, "activity");
     w.StartObject();
     text(w, "model", ResultText::activityModel(a.model));
+    text(w, "selection", a.automatic ? "auto" : "given");
+    if (a.automatic && !a.pitzerGaps.empty()) texts(w, "pitzerDataLack", a.pitzerGaps);
     number(w, "ionicStrengthMolPerKgw", a.ionicStrengthMolPerKgw);
     number(w, "waterActivity", std::pow(10.0, a.logWaterActivity));
     number(w, "log10WaterActivity", a.logWaterActivity);

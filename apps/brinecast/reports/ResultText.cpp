@@ -12,6 +12,22 @@ std::string ResultText::status(AnalysisResult::Status status) {
     return "unknown";
 }
 
+std::string ResultText::joined(const std::vector<std::string>& names) {
+    std::string text;
+    for (const std::string& name : names) text += (text.empty() ? "" : ", ") + name;
+    return text;
+}
+
+std::string ResultText::activityNote(bool automatic, const std::vector<std::string>& pitzerGaps) {
+    if (!automatic) return "";
+    return pitzerGaps.empty() ? "auto" : "auto: Pitzer data lack " + joined(pitzerGaps);
+}
+
+std::string ResultText::activityChoice(ActivityModel model, bool automatic, const std::vector<std::string>& pitzerGaps) {
+    const std::string note = activityNote(automatic, pitzerGaps);
+    return activityModel(model) + (note.empty() ? "" : " (" + note + ")");
+}
+
 std::string ResultText::densitySource(AnalysisResult::DensitySource source) {
     switch (source) {
         case AnalysisResult::DensitySource::Given: return "given";

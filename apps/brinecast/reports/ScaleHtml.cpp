@@ -1,6 +1,7 @@
 #include "brinecast/reports/ScaleHtml.h"
 
 #include "brinecast/reports/NumberText.h"
+#include "brinecast/reports/ResultText.h"
 #include "brinecast/reports/ScaleReport.h"
 
 #include <cmath>
@@ -38,7 +39,10 @@ HtmlDocument ScaleHtml::analysesDocument(const std::vector<ScaleAnalysis>& analy
                          {"Temperature", fixed(a.temperatureK - kZeroCelsiusK, 2) + " \xC2\xB0" "C"},
                          {"Pressure", significant(a.pressurePa / kPaPerBar, 6) + " bar"},
                          {"Density", significant(a.densityGcm3, 6) + " g/cm3 (" + a.densitySource + ")"},
-                         {"pH", fixed(a.pH, 3)}};
+                         {"pH", fixed(a.pH, 3)},
+                         {"Activities", a.activity}};
+        if (!a.mineralsNotAvailable.empty())
+            section.facts.emplace_back("Not available under Pitzer", ResultText::joined(a.mineralsNotAvailable));
         document.sections.push_back(section);
     }
     return document;
@@ -68,6 +72,8 @@ HtmlDocument ScaleHtml::sweepDocument(const ScaleSweep& sweep) {
         table.rows.push_back(row);
     }
     HtmlSection section{sweep.title, sweep.facts, {table}, {plot}};
+    if (!sweep.mineralsNotAvailable.empty())
+        section.facts.emplace_back("Not available under Pitzer", ResultText::joined(sweep.mineralsNotAvailable));
     return HtmlDocument{sweep.title, {section}};
 }
 

@@ -2,6 +2,7 @@
 
 #include "brinecast/reports/CsvReport.h"
 #include "brinecast/reports/NumberText.h"
+#include "brinecast/reports/ResultText.h"
 #include "brinecast/reports/TextTable.h"
 #include "brinecast/readers/Utf8Text.h"
 
@@ -34,6 +35,18 @@ void number(Writer& w, const char* name, double value) {
     else w.Null();
 }
 
+void texts(Writer& w, const char* name, const std::vector<std::string>& values) {
+    w.Key(name);
+    w.StartArray();
+    for (const std::string& value : values) w.String(value.c_str(), static_cast<rapidjson::SizeType>(value.size()));
+    w.EndArray();
+}
+
+/// "  Not available under Pitzer: Siderite, Strontianite", or nothing when none are missing.
+void notAvailableLine(std::ostream& out, const std::vector<std::string>& minerals) {
+    if (!minerals.empty()) out << "  Not available under Pitzer: " << ResultText::joined(minerals) << '\n';
+}
+
 void saturation(Writer& w, const MineralSaturation& m) {
     text(w, "name", m.name);
     number(w, "saturationIndex", m.saturationIndex);
@@ -56,8 +69,10 @@ void analysesJson(std::ostream& out, const std::vector<ScaleAnalysis>& analyses)
         number(w, "densityGcm3", a.densityGcm3);
         text(w, "densitySource", a.densitySource);
         number(w, "pH", a.pH);
+        text(w, "activity", a.activity);
         w.Key("converged");
         w.Bool(a.converged);
+        texts(w, "notAvailableUnderPitzer", a.mineralsNotAvailable);
         w.Key("minerals");
         w.StartArray();
         for (const ScaleAnalysis::Mineral& m : a.minerals) {
@@ -78,17 +93,23 @@ void analysesJson(std::ostream& out, const std::vector<ScaleAnalysis>& analyses)
 }
 
 void analysesCsv(std::ostream& out, const std::vector<ScaleAnalysis>& analyses) {
-    out << "source,name,temperature_K,pressure_Pa,density_g_cm3,pH,mineral,saturation_index,log_k,log_iap,"
+    out << "source,name,temperature_K,pressure_Pa,density_g_cm3,pH,activity,mineral,saturation_index,log_k,log_iap,"
            "precipitation_mol_per_kgw,precipitation_mg_per_l,converged\n";
     for (const ScaleAnalysis& a : analyses) {
+        const auto start = [&](std::ostream& row) -> std::ostream& {
+            return row << CsvReport::field(a.source) << ',' << CsvReport::field(a.name) << ','
+                       << csvNumber(a.temperatureK) << ',' << csvNumber(a.pressurePa) << ','
+                       << csvNumber(a.densityGcm3) << ',' << csvNumber(a.pH) << ',' << CsvReport::field(a.activity)
+                       << ',';
+        };
         for (const ScaleAnalysis::Mineral& m : a.minerals) {
-            out << CsvReport::field(a.source) << ',' << CsvReport::field(a.name) << ',' << csvNumber(a.temperatureK)
-                << ',' << csvNumber(a.pressurePa) << ',' << csvNumber(a.densityGcm3) << ',' << csvNumber(a.pH) << ','
-                << m.saturation.name << ',' << csvNumber(m.saturation.saturationIndex) << ','
-                << csvNumber(m.saturation.logK) << ',' << csvNumber(m.saturation.logIAP) << ','
-                << csvNumber(m.potential.molPerKgw) << ',' << csvNumber(m.potential.mgPerL) << ','
-                << (m.potential.converged && a.converged ? "yes" : "no") << '\n';
+            start(out) << m.saturation.name << ',' << csvNumber(m.saturation.saturationIndex) << ','
+                       << csvNumber(m.saturation.logK) << ',' << csvNumber(m.saturation.logIAP) << ','
+                       << csvNumber(m.potential.molPerKgw) << ',' << csvNumber(m.potential.mgPerL) << ','
+                       << (m.potential.converged && a.converged ? "yes" : "no") << '\n';
         }
+        // A mineral the Pitzer data lack keeps its row, with no numbers.
+        for (const std::string& m : a.mineralsNotAvailable) start(out) << m << ",,,,,,not available under Pitzer\n";
     }
 }
 
@@ -96,7 +117,9 @@ void analysesTable(std::ostream& out, const std::vector<ScaleAnalysis>& analyses
     for (const ScaleAnalysis& a : analyses) {
         out << Utf8Text::oneLine(a.name.empty() ? a.source : a.name) << "\n  " << celsius(a.temperatureK) << ", "
             << bar(a.pressurePa) << ", density " << cell(a.densityGcm3, 6) << " g/cm3 (" << a.densitySource
-            << "), pH " << NumberText::fixed(a.pH, 3) << "\n\n";
+            << "), pH " << NumberText::fixed(a.pH, 3) << "\n  Activities: " << a.activity << '\n';
+        notAvailableLine(out, a.mineralsNotAvailable);
+        out << '\n';
         if (a.minerals.empty()) {
             out << "  No scale mineral: the analysis lacks the components of every one.\n\n";
             continue;
@@ -124,6 +147,7 @@ void sweepJson(std::ostream& out, const ScaleSweep& sweep) {
     w.StartObject();
     for (const auto& fact : sweep.facts) text(w, fact.first.c_str(), fact.second);
     w.EndObject();
+    texts(w, "notAvailableUnderPitzer", sweep.mineralsNotAvailable);
     w.Key("points");
     w.StartArray();
     for (const ScaleSweep::Point& p : sweep.points) {
@@ -151,20 +175,23 @@ void sweepJson(std::ostream& out, const ScaleSweep& sweep) {
 
 void sweepCsv(std::ostream& out, const ScaleSweep& sweep) {
     const std::vector<std::string> minerals = sweep.mineralNames();
-    out << sweep.xKey << ",temperature_K,pressure_Pa,pH,converged";
+    out << sweep.xKey << ",temperature_K,pressure_Pa,pH,converged,activity";
     for (const std::string& m : minerals) out << ",SI " << m;
+    // The minerals the Pitzer data lack keep a column, named so and empty.
+    for (const std::string& m : sweep.mineralsNotAvailable) out << ",SI " << m << " (not available under Pitzer)";
     out << '\n';
     for (const ScaleSweep::Point& p : sweep.points) {
         out << csvNumber(p.x) << ',' << csvNumber(p.temperatureK) << ',' << csvNumber(p.pressurePa) << ','
-            << csvNumber(p.pH) << ',' << (p.converged ? "yes" : "no");
+            << csvNumber(p.pH) << ',' << (p.converged ? "yes" : "no") << ',' << CsvReport::field(sweep.activity);
         for (const std::string& m : minerals) out << ',' << csvNumber(ScaleReport::saturationIndex(p, m));
-        out << '\n';
+        out << std::string(sweep.mineralsNotAvailable.size(), ',') << '\n';
     }
 }
 
 void sweepTable(std::ostream& out, const ScaleSweep& sweep) {
     out << Utf8Text::oneLine(sweep.title) << '\n';
     for (const auto& fact : sweep.facts) out << "  " << fact.first << ": " << Utf8Text::oneLine(fact.second) << '\n';
+    notAvailableLine(out, sweep.mineralsNotAvailable);
     out << "\n  Saturation index of each mineral (positive: the mineral may deposit)\n\n";
     const std::vector<std::string> minerals = sweep.mineralNames();
     std::vector<std::string> header{sweep.xLabel, "T (\xC2\xB0" "C)", "P (bar)", "pH"};

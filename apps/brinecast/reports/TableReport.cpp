@@ -91,9 +91,9 @@ std::string solver(const Diagnostics& d) {
            NumberText::significant(d.chargeImbalance, 2);
 }
 
-/// "debye-huckel; ionic strength 0.6752 mol/kgw; water activity 0.98054".
+/// "pitzer (auto); ionic strength 0.6752 mol/kgw; water activity 0.98054".
 std::string activities(const AnalysisResult::Activities& a) {
-    return ResultText::activityModel(a.model) + "; ionic strength " +
+    return ResultText::activityChoice(a.model, a.automatic, a.pitzerGaps) + "; ionic strength " +
            NumberText::significant(a.ionicStrengthMolPerKgw, 6) + " mol/kgw; water activity " +
            NumberText::significant(std::pow(10.0, a.logWaterActivity), 6);
 }
@@ -171,12 +171,13 @@ void TableReport::writeSpeciation(std::ostream& out, const std::vector<AnalysisR
 }
 
 void TableReport::writePH(std::ostream& out, const std::vector<AnalysisResult>& results) {
-    TextTable table({"Analysis", "pH", "Status"}, {false, true, false});
+    TextTable table({"Analysis", "pH", "Status", "Activities"}, {false, true, false, false});
     for (const AnalysisResult& r : results) {
         const std::string name = Utf8Text::oneLine(r.analysis.name.empty() ? r.analysis.source : r.analysis.name);
+        const AnalysisResult::Activities* a = r.calculated() && r.activities ? &*r.activities : nullptr;
         // Messages go to standard error, one per analysis; the table stays one line each.
-        table.add({name, r.calculated() ? NumberText::fixed(r.pH, 3) : "",
-                   ResultText::status(r.status)});
+        table.add({name, r.calculated() ? NumberText::fixed(r.pH, 3) : "", ResultText::status(r.status),
+                   a ? ResultText::activityChoice(a->model, a->automatic, a->pitzerGaps) : ""});
     }
     table.write(out, "");
 }

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <map>
 #include <sstream>
 #include <string>
 #include <utility>
@@ -83,6 +84,23 @@ TEST(Program, EveryShippedExampleGivesACheckedReportWithAPlausiblePH) {
     ASSERT_EQ(table.rows().size(), 33u);
     for (std::size_t row = 0; row < table.rows().size(); ++row) EXPECT_EQ(field(table, row, "activity_model"), "pitzer");
     EXPECT_EQ(std::count(table.header().begin(), table.header().end(), "NaSO4- (mol/kgw)"), 0);
+
+    // Under auto each row gets its own model, and the columns hold both models' species.
+    const std::string mixed = scratch.write("mixed.csv", "name,temperature,temperature_unit,pressure,pressure_unit,unit,Na,Cl,Zn,S(-2)\n"
+                                                         "covered,25,C,1,bar,mol/kgw,1,1,,\n"
+                                                         "zinc,25,C,1,bar,mol/kgw,1,1.002,0.001,\n"
+                                                         "sour,25,C,1,bar,mol/kgw,1,1.001,,0.001\n");
+    const ProgramRun automatic = brinecast("batch " + mixed + " -o -", scratch);
+    EXPECT_EQ(automatic.status, 0) << automatic.err;
+    const CsvTable rows = CsvTable::parse(automatic.out, "out");
+    ASSERT_EQ(rows.rows().size(), 3u);
+    const std::pair<const char*, const char*> expected[] = {
+        {"pitzer", "auto"}, {"debye-huckel", "auto: Pitzer data lack Zn"}, {"debye-huckel", "auto: Pitzer data lack S(-2)"}};
+    for (std::size_t row = 0; row < 3; ++row) {
+        EXPECT_EQ(field(rows, row, "activity_model"), expected[row].first);
+        EXPECT_EQ(field(rows, row, "activity_note"), expected[row].second);
+    }
+    EXPECT_EQ(std::count(rows.header().begin(), rows.header().end(), "ZnCl+ (mol/kgw)"), 1);
 }
 
 TEST(Program, JsonAndCsvCarryTheSameFullPrecisionNumbers) {
@@ -110,41 +128,55 @@ TEST(Program, JsonAndCsvCarryTheSameFullPrecisionNumbers) {
               a["activity"]["ionicStrengthMolPerKgw"].GetDouble());
 }
 
-// Debye-Hückel unless the user says otherwise, named in every report; the specified solver,
-// which knows ideal activities only, is refused with any other model before anything runs.
+// Auto unless the user says otherwise: Pitzer where its data cover the analysis, Debye–Hückel
+// with the reason elsewhere, named in every report; the specified solver, which knows ideal
+// activities only, is refused with any other model before anything runs.
 TEST(Program, TheActivityModelIsChosenNamedAndKeptFromTheSpecifiedSolver) {
     ScratchDirectory scratch;
-    const std::string file = kExamples + "/standard-seawater.json";
+    const std::string seawater = kExamples + "/standard-seawater.json";
     struct Case {
         const char* options;
+        std::string file;
         const char* model;
+        const char* label;  ///< as the table names it
+        const char* lacks;  ///< JSON's pitzerDataLack, empty for none
     };
-    const Case cases[] = {{"", "debye-huckel"},
-                          {"--activity davies ", "davies"},
-                          {"--activity ideal ", "ideal"},
-                          {"--activity pitzer ", "pitzer"}};
-    double idealPH = 0.0, debyeHuckelPH = 0.0;
+    const Case cases[] = {{"", seawater, "pitzer", "pitzer (auto)", ""},
+                          {"--activity debye-huckel ", seawater, "debye-huckel", "debye-huckel", ""},
+                          {"--activity davies ", seawater, "davies", "davies", ""},
+                          {"--activity ideal ", seawater, "ideal", "ideal", ""},
+                          {"--activity pitzer --macinnes off ", seawater, "pitzer", "pitzer", ""},
+                          {"--activity AUTO ", kExamples + "/sour-produced-water.json", "debye-huckel",
+                           "debye-huckel (auto: Pitzer data lack S(-2))", "S(-2)"}};
+    std::map<std::string, double> pH;
     for (const Case& c : cases) {
-        SCOPED_TRACE(c.model);
-        const ProgramRun table = brinecast(std::string(c.options) + "speciate " + file, scratch);
+        SCOPED_TRACE(c.options);
+        const ProgramRun table = brinecast(std::string(c.options) + "speciate " + c.file, scratch);
         EXPECT_EQ(table.status, 0) << table.err;
-        EXPECT_TRUE(has(table.out, std::string("Activities      ") + c.model + "; ionic strength 0.")) << table.out;
+        EXPECT_TRUE(has(table.out, std::string("Activities      ") + c.label + "; ionic strength ")) << table.out;
         EXPECT_TRUE(has(table.out, "log10 gamma")) << table.out;
-        const rapidjson::Document d = parsed(brinecast(std::string(c.options) + "speciate --format json " + file, scratch).out);
-        const rapidjson::Value& a = d["analyses"][0];
-        EXPECT_STREQ(a["activity"]["model"].GetString(), c.model);
+        const ProgramRun ph = brinecast(std::string(c.options) + "ph " + c.file, scratch);
+        EXPECT_TRUE(has(ph.out, std::string(" ok      ") + c.label + "\n")) << ph.out;
+        const rapidjson::Document d = parsed(brinecast(std::string(c.options) + "speciate --format json " + c.file, scratch).out);
+        const rapidjson::Value& a = d["analyses"][0]["activity"];
+        EXPECT_STREQ(a["model"].GetString(), c.model);
+        EXPECT_STREQ(a["selection"].GetString(), c.options[0] == '\0' || has(c.options, "AUTO") ? "auto" : "given");
+        EXPECT_EQ(a.HasMember("pitzerDataLack") ? a["pitzerDataLack"][0].GetString() : std::string(), c.lacks);
+        pH[c.options] = d["analyses"][0]["pH"].GetDouble();
         // Seawater: I of 0.6-0.75 mol/kgw whatever the model (ideal activities pair more ions).
-        EXPECT_NEAR(a["activity"]["ionicStrengthMolPerKgw"].GetDouble(), 0.675, 0.075);
-        if (std::string(c.model) == "ideal") idealPH = a["pH"].GetDouble();
-        if (std::string(c.model) == "debye-huckel") debyeHuckelPH = a["pH"].GetDouble();
+        if (c.file == seawater) {
+            EXPECT_NEAR(a["ionicStrengthMolPerKgw"].GetDouble(), 0.675, 0.075);
+        }
     }
-    // The activity of H+ in seawater sits well above its molality: the pH moves by tenths.
-    EXPECT_GT(std::fabs(debyeHuckelPH - idealPH), 0.1);
+    // The activity of H+ in seawater sits well above its molality: the pH moves by tenths; the
+    // MacInnes scale moves Pitzer's pH too, never its molalities.
+    EXPECT_GT(std::fabs(pH["--activity debye-huckel "] - pH["--activity ideal "]), 0.1);
+    EXPECT_GT(std::fabs(pH[""] - pH["--activity pitzer --macinnes off "]), 1e-3);
 
-    const ProgramRun refused = brinecast("--method specified speciate " + file, scratch);
+    const ProgramRun refused = brinecast("--method specified speciate " + seawater, scratch);
     EXPECT_EQ(refused.status, 2);
     EXPECT_TRUE(has(refused.err, "--method specified solves with ideal activities only, and the activity model is "
-                                 "debye-huckel: give --activity ideal with it, or leave --method at robust."))
+                                 "auto: give --activity ideal with it, or leave --method at robust."))
         << refused.err;
 }
 

@@ -35,7 +35,10 @@ TEST(ScaleProgram, ScaleReportsEveryMineralWithItsPotentialInEachFormat) {
     ASSERT_EQ(json.status, 0) << json.err;
     const rapidjson::Document d = parsed(json.out);
     const rapidjson::Value& minerals = d["analyses"][0]["minerals"];
-    ASSERT_GE(minerals.Size(), 4u);  // calcite, aragonite, strontianite, witherite, halite
+    ASSERT_GE(minerals.Size(), 3u);  // calcite, aragonite, halite; Pitzer lacks the other two
+    EXPECT_STREQ(d["analyses"][0]["activity"].GetString(), "pitzer (auto)");
+    ASSERT_EQ(d["analyses"][0]["notAvailableUnderPitzer"].Size(), 2u);
+    EXPECT_STREQ(d["analyses"][0]["notAvailableUnderPitzer"][1].GetString(), "Witherite");
     for (const auto& m : minerals.GetArray()) {
         const double si = m["saturationIndex"].GetDouble();
         EXPECT_NEAR(si, m["logIAP"].GetDouble() - m["logK"].GetDouble(), 1e-12);
@@ -46,13 +49,20 @@ TEST(ScaleProgram, ScaleReportsEveryMineralWithItsPotentialInEachFormat) {
     const ProgramRun csv = brinecast("scale --format csv " + kFormation + " " + kSeawater, scratch);
     ASSERT_EQ(csv.status, 0) << csv.err;
     const CsvTable t = CsvTable::parse(csv.out, "out");
-    EXPECT_EQ(t.header().size(), 13u);
-    EXPECT_EQ(t.header()[11], "precipitation_mg_per_l");
+    EXPECT_EQ(t.header().size(), 14u);
+    EXPECT_EQ(t.header()[12], "precipitation_mg_per_l");
+    EXPECT_EQ(t.rows()[3].fields[7], "Strontianite");  // after the three Pitzer lists, numberless
+    EXPECT_EQ(t.rows()[3].fields[13], "not available under Pitzer");
 
     const ProgramRun table = brinecast("scale --balance-with Cl " + kFormation, scratch);
     EXPECT_EQ(table.status, 0);
     EXPECT_TRUE(has(table.out, "Deposit (mg/L)")) << table.out;
     EXPECT_TRUE(has(table.out, "Calcite")) << table.out;
+    EXPECT_TRUE(has(table.out, "  Activities: pitzer (auto)\n  Not available under Pitzer: Strontianite, Witherite\n"))
+        << table.out;
+    const ProgramRun explicitModel = brinecast("scale --activity debye-huckel " + kFormation, scratch);
+    EXPECT_TRUE(has(explicitModel.out, "  Activities: debye-huckel\n\n")) << explicitModel.out;
+    EXPECT_TRUE(has(explicitModel.out, "Strontianite")) << explicitModel.out;
 }
 
 TEST(ScaleProgram, MixRunsFromOneWaterToTheOther) {
@@ -62,6 +72,9 @@ TEST(ScaleProgram, MixRunsFromOneWaterToTheOther) {
     const CsvTable t = CsvTable::parse(csv.out, "out");
     ASSERT_EQ(t.rows().size(), 5u);
     EXPECT_EQ(t.header()[0], "fraction");
+    EXPECT_EQ(t.header()[5], "activity");
+    EXPECT_EQ(t.rows()[0].fields[5], "pitzer (auto)");
+    EXPECT_EQ(t.header().back(), "SI Witherite (not available under Pitzer)");
     std::size_t barite = 0;
     for (std::size_t i = 0; i < t.header().size(); ++i) barite = t.header()[i] == "SI Barite" ? i : barite;
     ASSERT_NE(barite, 0u);
@@ -78,10 +91,14 @@ TEST(ScaleProgram, MixRunsFromOneWaterToTheOther) {
     ASSERT_EQ(d["points"].Size(), 3u);
     EXPECT_DOUBLE_EQ(d["points"][1]["temperatureK"].GetDouble(), 333.15);
     EXPECT_DOUBLE_EQ(d["points"][1]["pressurePa"].GetDouble(), 2e7);
+    // One model for the sweep, chosen for both waters together.
+    EXPECT_STREQ(d["inputs"]["Activities"].GetString(), "pitzer (auto)");
+    EXPECT_STREQ(d["notAvailableUnderPitzer"][0].GetString(), "Strontianite");
 
     const ProgramRun html = brinecast("mix " + kFormation + " " + kSeawater + " --steps 3 --format html", scratch);
     EXPECT_EQ(html.status, 0) << html.err;
     EXPECT_TRUE(has(html.out, "<html") && has(html.out, "Barite")) << html.out;
+    EXPECT_TRUE(has(html.out, "Not available under Pitzer")) << html.out;
 }
 
 TEST(ScaleProgram, ProfileFollowsThePathBothEndsIncluded) {
