@@ -1,3 +1,4 @@
+#include "SharedSpeciator.h"
 #include "activity/ActivityReference.h"
 
 #include <korvane/Speciator.h>
@@ -12,10 +13,7 @@ using brinecast_test::activityReference;
 
 namespace {
 
-const bc::Speciator& speciator() {
-    static const bc::Speciator shared;
-    return shared;
-}
+using brinecast_test::speciator;
 
 double relative(double value, double reference) { return std::fabs(value - reference) / std::fabs(reference); }
 

@@ -1,6 +1,7 @@
 // A measured pH and alkalinity in place of the charge balance and the carbon total: the same
 // speciation comes back when they are the values a speciation itself reports, and the activity
 // reference set's carbon totals follow from its own pH and species.
+#include "SharedSpeciator.h"
 #include <korvane/Speciator.h>
 
 #include "activity/ActivityReference.h"
@@ -21,10 +22,7 @@ using brinecast_test::activityReference;
 
 namespace {
 
-const bc::Speciator& speciator() {
-    static const bc::Speciator shared;
-    return shared;
-}
+using brinecast_test::speciator;
 
 double relative(double value, double reference) { return std::fabs(value - reference) / std::fabs(reference); }
 

@@ -1,5 +1,6 @@
 // What a host gets from speciate for an analysis that is no brine: a refusal that names the value
 // and the range, never a result; and what stays accepted at the edges of the range.
+#include "SharedSpeciator.h"
 #include <korvane/Speciator.h>
 
 #include "BrineCatalog.h"
@@ -20,10 +21,7 @@ namespace {
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 constexpr double kInf = std::numeric_limits<double>::infinity();
 
-const Speciator& speciator() {
-    static const Speciator shared;
-    return shared;
-}
+using brinecast_test::speciator;
 
 Input withConditions(double temperatureK, double pressurePa) {
     Input input = molal({{"Na", 0.5}, {"Cl", 0.5}}, temperatureK);

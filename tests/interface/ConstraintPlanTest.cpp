@@ -1,5 +1,6 @@
 // Measured pH, alkalinity and a charge-closing ion through the public API: what is refused and
 // why, what a result reports about them, and the batch that takes one set per analysis.
+#include "SharedSpeciator.h"
 #include <korvane/Speciator.h>
 
 #include "BrineCatalog.h"
@@ -17,10 +18,7 @@ using brinecast_test::molal;
 
 namespace {
 
-const Speciator& speciator() {
-    static const Speciator shared;
-    return shared;
-}
+using brinecast_test::speciator;
 
 /// Seawater-like, with 0.038 eq/kgw more cations than the anions carry at pH 7.5.
 Input imbalanced() {

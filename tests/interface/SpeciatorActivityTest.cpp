@@ -1,5 +1,6 @@
 // Activity models through the public API: which options are refused and why, and what an ideal
 // result reports beside a non-ideal one.
+#include "SharedSpeciator.h"
 #include <korvane/Speciator.h>
 
 #include "BrineCatalog.h"
@@ -15,10 +16,7 @@ using brinecast_test::molal;
 
 namespace {
 
-const Speciator& speciator() {
-    static const Speciator shared;
-    return shared;
-}
+using brinecast_test::speciator;
 
 SolveOptions options(Method method, ActivityModel activity) {
     SolveOptions o;

@@ -1,3 +1,4 @@
+#include "SharedSpeciator.h"
 #include <korvane/Speciator.h>
 
 #include "BrineCatalog.h"
@@ -27,10 +28,7 @@ constexpr std::size_t kSweepBrines = 300;  // the sanitizers slow every calculat
 constexpr std::size_t kSweepBrines = 3000;
 #endif
 
-const Speciator& speciator() {
-    static const Speciator shared;
-    return shared;
-}
+using brinecast_test::speciator;
 
 SolveOptions using_(Method method) {
     SolveOptions options;

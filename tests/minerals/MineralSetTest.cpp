@@ -1,3 +1,4 @@
+#include "SharedSpeciator.h"
 #include "BrineCatalog.h"
 #include "activity/ActivityReference.h"
 #include "database/EmbeddedReactionDocuments.h"
@@ -20,10 +21,7 @@ using brinecast_test::activityReference;
 
 namespace {
 
-const bc::Speciator& speciator() {
-    static const bc::Speciator shared;
-    return shared;
-}
+using brinecast_test::speciator;
 
 bc::SolveOptions withActivity(bc::ActivityModel activity, bc::Method method = bc::Method::Robust) {
     bc::SolveOptions options;

@@ -1,3 +1,4 @@
+#include "SharedSpeciator.h"
 #include "BrineCatalog.h"
 
 #include <korvane/Speciator.h>
@@ -12,10 +13,7 @@ namespace bc = korvane::Brinecast;
 
 namespace {
 
-const bc::Speciator& speciator() {
-    static const bc::Speciator shared;
-    return shared;
-}
+using brinecast_test::speciator;
 
 bc::SolveOptions debyeHuckel() {
     bc::SolveOptions options;

@@ -1,3 +1,4 @@
+#include "SharedSpeciator.h"
 #include "BrineCatalog.h"
 #include "database/ElementTable.h"
 #include "minerals/MineralSet.h"
@@ -19,10 +20,7 @@ using brinecast_test::molal;
 
 namespace {
 
-const bc::Speciator& speciator() {
-    static const bc::Speciator shared;
-    return shared;
-}
+using brinecast_test::speciator;
 
 const bc::ElementTable& table() {
     static const bc::ElementTable shared;

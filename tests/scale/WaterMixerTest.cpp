@@ -1,3 +1,4 @@
+#include "SharedSpeciator.h"
 #include "BrineCatalog.h"
 
 #include <korvane/Speciator.h>
@@ -14,10 +15,7 @@ using brinecast_test::molal;
 
 namespace {
 
-const bc::Speciator& speciator() {
-    static const bc::Speciator shared;
-    return shared;
-}
+using brinecast_test::speciator;
 
 /// A seawater-like and a barium-rich formation water, mol/kgw, at different temperatures.
 bc::Input seawater() {

@@ -1,3 +1,4 @@
+#include "SharedSpeciator.h"
 #include "activity/pitzer/PitzerReference.h"
 
 #include <korvane/Speciator.h>
@@ -15,10 +16,7 @@ namespace {
 constexpr double kWaterMolesPerKg = 55.50837;
 constexpr double kLn10 = 2.302585092994045684;
 
-const Speciator& speciator() {
-    static const Speciator instance;
-    return instance;
-}
+using brinecast_test::speciator;
 
 Input brine(double temperatureK, std::initializer_list<NameValue> elements) {
     Input input;

@@ -1,3 +1,4 @@
+#include "SharedSpeciator.h"
 #include "RandomBrines.h"
 #include "activity/pitzer/PitzerReference.h"
 
@@ -17,10 +18,7 @@ using brinecast_test::PitzerReferenceBrine;
 
 namespace {
 
-const Speciator& speciator() {
-    static const Speciator instance;
-    return instance;
-}
+using brinecast_test::speciator;
 
 SolveOptions pitzer(bool macInnes) {
     SolveOptions options;
