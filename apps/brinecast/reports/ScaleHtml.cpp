@@ -71,7 +71,7 @@ HtmlDocument ScaleHtml::sweepDocument(const ScaleSweep& sweep) {
         }
         table.rows.push_back(row);
     }
-    HtmlSection section{sweep.title, sweep.facts, {table}, {plot}};
+    HtmlSection section{"Waters and conditions", sweep.facts, {table}, {plot}};
     if (!sweep.mineralsNotAvailable.empty())
         section.facts.emplace_back("Not available under Pitzer", ResultText::joined(sweep.mineralsNotAvailable));
     return HtmlDocument{sweep.title, {section}};
