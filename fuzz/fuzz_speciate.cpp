@@ -1,9 +1,12 @@
 // speciate on analyses built from the bytes: element names from the element table, amounts,
-// units, temperature, pressure and density, each either drawn inside its range or taken raw.
+// units, temperature, pressure and density, each either drawn inside its range or taken raw; then
+// the activity model and, now and then, a measured pH, alkalinity and closing ion. The later
+// choices come last, so that the seeds of the ideal calculation keep their meaning.
 // It may refuse an analysis with an exception; it must never crash, and a result reported as
 // converged must be made of finite numbers that close the balances.
 #include "database/ElementTable.h"
 
+#include <korvane/Constraints.h>
 #include <korvane/Speciator.h>
 
 #include <fuzzer/FuzzedDataProvider.h>
@@ -63,9 +66,20 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     SolveOptions options;
     options.method = static_cast<Method>(bytes.ConsumeIntegralInRange<int>(0, 2));
 
+    options.activity = static_cast<ActivityModel>(bytes.ConsumeIntegralInRange<int>(0, 3));
+    options.macInnes = !bytes.ConsumeBool();
+    Constraints measured;
+    if (bytes.ConsumeBool()) {
+        measured.pH = drawn(bytes, 2.0, 12.0);
+        if (bytes.ConsumeBool()) measured.alkalinity = drawn(bytes, 0.0, 0.05);  // eq/kgw
+        if (bytes.ConsumeBool() && !input.elements.values.empty())
+            measured.balanceWith = input.elements.values[bytes.ConsumeIntegralInRange<std::size_t>(
+                                                             0, input.elements.values.size() - 1)].name;
+    }
+
     Result result;
     try {
-        result = speciator.speciate(input, options);
+        result = measured.pH ? speciator.speciate(input, measured, options) : speciator.speciate(input, options);
     } catch (const std::exception&) {
         return 0;  // refused: the analysis is no brine, or names what the data do not know
     }
@@ -75,6 +89,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         if (!std::isfinite(species.value)) broken(species.name.c_str(), species.value);
     }
     if (!(result.diagnostics.massBalanceError <= options.tolerance)) broken("mass balance error", result.diagnostics.massBalanceError);
-    if (!(result.diagnostics.chargeImbalance <= options.tolerance)) broken("charge imbalance", result.diagnostics.chargeImbalance);
+    // A measured pH without an ion to close the balance leaves the imbalance open by design.
+    const bool chargeOpen = measured.pH && measured.balanceWith.empty();
+    if (!chargeOpen && !(result.diagnostics.chargeImbalance <= options.tolerance))
+        broken("charge imbalance", result.diagnostics.chargeImbalance);
+    for (const MineralSaturation& mineral : result.minerals) {
+        if (!std::isfinite(mineral.saturationIndex)) broken(mineral.name.c_str(), mineral.saturationIndex);
+    }
     return 0;
 }
